@@ -1,0 +1,60 @@
+// kelform: the demo host. Shows a form of the library's controls; with --png FILE it renders the
+// form to FILE instead (for machines without a display).
+#include "demoform.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QPixmap>
+#include <cstdio>
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("kelform"));
+    QCommandLineParser cli;
+    cli.setApplicationDescription(QStringLiteral("Shows a form of KelControls8 controls."));
+    cli.addHelpOption();
+    const QCommandLineOption png(QStringLiteral("png"), QStringLiteral("Render the form to <file> and exit."), QStringLiteral("file"));
+    cli.addOption(png);
+    cli.process(app);
+
+    QWidget form;
+    form.setWindowTitle(QStringLiteral("KelControls8 demo form"));
+    int y = 12;
+    auto heading = [&](const QString &text) {
+        auto *l = new QLabel(text, &form);
+        QFont f = l->font();
+        f.setBold(true);
+        l->setFont(f);
+        l->move(12, y);
+        y += l->sizeHint().height() + 6;
+    };
+    heading(QStringLiteral("Text fields"));
+    kel::demo::addTextFields(&form, y);
+    y += 8;
+    const int beforeNumbers = y;
+    heading(QStringLiteral("Number fields"));
+    const int afterHeading = y;
+    kel::demo::addNumberFields(&form, y);
+    if (y == afterHeading)
+        y = beforeNumbers; // no number fields yet: drop the heading's room
+    form.resize(320, y + 12);
+
+    if (cli.isSet(png)) {
+        const QString file = cli.value(png);
+        form.show();
+        QApplication::processEvents();
+        QDir().mkpath(QFileInfo(file).absolutePath());
+        if (!form.grab().save(file)) {
+            std::fprintf(stderr, "kelform: cannot write %s\n", qPrintable(file));
+            return 1;
+        }
+        std::printf("%s\n", qPrintable(QFileInfo(file).absoluteFilePath()));
+        return 0;
+    }
+    form.show();
+    return app.exec();
+}

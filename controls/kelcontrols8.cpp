@@ -1,0 +1,24 @@
+#include "controls/kelcontrols8.h"
+
+#include "controls/text/keltext.h"
+#include "library/kelcontrolhandler.h"
+
+namespace kel {
+
+void registerKelControls8()
+{
+    static const bool once = [] {
+        ClassFactory::registerClass(QStringLiteral("KelText"), [](QWidget *p) { return new KelText(p); });
+        ClassFactory::registerClass(QStringLiteral("KelControlHandler"), [](QWidget *p) { return new KelControlHandler(p); });
+        return true;
+    }();
+    Q_UNUSED(once);
+}
+
+QObject *createObject(const QString &className, QWidget *parent, QString *error)
+{
+    registerKelControls8();
+    return ClassFactory::create(className, parent, error);
+}
+
+} // namespace kel

@@ -1,0 +1,152 @@
+#include "controls/text/keltext.h"
+
+#include "library/librarysettings.h"
+
+namespace kel {
+
+static const std::vector<Persisted> &persisted()
+{
+    static const std::vector<Persisted> table = {
+        {QStringLiteral("Caption"), QString(), QString()},
+        {QStringLiteral("CaptionWidth"), qint16(0), qint16(0)},
+        {QStringLiteral("Enabled"), true, true},
+        {QStringLiteral("InsertMode"), true, true},
+        {QStringLiteral("Locked"), false, false},
+        {QStringLiteral("Mandatory"), true, true},
+        {QStringLiteral("MaxLength"), qint16(0), qint16(0)},
+        {QStringLiteral("MultiLine"), false, false},
+        {QStringLiteral("PasswordChar"), QString(), QString()},
+        {QStringLiteral("SelectOnFocus"), false, false},
+        // The raw text: saving must not trim the field.
+        {QStringLiteral("Text"), QString(), QString(), QStringLiteral("TextRaw")},
+    };
+    return table;
+}
+
+KelText::KelText(QWidget *parent)
+    : FieldControl(parent),
+      Text1{new TextBox(TextBox::Kind::SingleLine, this, QStringLiteral("Text1(0)")),
+            new TextBox(TextBox::Kind::MultiLine, this, QStringLiteral("Text1(1)"))}
+{
+    Text1[1]->setVisible(false);
+    for (int i = 0; i < 2; ++i) {
+        TextBox *box = Text1[i];
+        connect(box, &Child::Change, this, &KelText::Change);
+        connect(box, &Child::Click, this, &KelText::Click);
+        connect(box, &Child::KeyPress, this, [this, i](int &k) { keyPress(i, k); });
+        connect(box, &Child::KeyDown, this, [this](int &code, int) {
+            if (code == 45)
+                m_insertMode = !m_insertMode;
+        });
+        connect(box, &Child::GotFocus, this, [this, box] {
+            selectOnEntry(box);
+            colourFocused();
+        });
+        connect(box, &Child::LostFocus, box, [box] { box->setSelStart(0); });
+    }
+    setFocusProxy(Text1[0]->widget());
+}
+
+void KelText::setMaxLength(qint16 length)
+{
+    if (length < 0)
+        return;
+    Text1[0]->setMaxLength(length);
+    Text1[1]->setMaxLength(length);
+    propertyChanged(QStringLiteral("MaxLength"));
+}
+
+void KelText::setMultiLine(bool multiLine)
+{
+    const QString text = Text();
+    m_fieldIndex = multiLine ? 1 : 0;
+    propertyChanged(QStringLiteral("MultiLine"));
+    Text1[0]->setVisible(!multiLine);
+    Text1[1]->setVisible(multiLine);
+    setFocusProxy(activeBox()->widget());
+    setText(text);
+    layout();
+}
+
+void KelText::setPasswordChar(const QString &c)
+{
+    Text1[0]->setPasswordChar(c.left(1));
+    Text1[1]->setPasswordChar(Text1[0]->PasswordChar());
+    propertyChanged(QStringLiteral("PasswordChar"));
+}
+
+QString KelText::Text()
+{
+    if (m_fieldIndex == 0)
+        return Text1[0]->Text();
+    QString t = Text1[1]->Text();
+    while (t.endsWith(u"\r\n")) {
+        t.chop(2);
+        Text1[1]->setText(t);
+        t = Text1[1]->Text();
+    }
+    return t;
+}
+
+void KelText::setText(const QString &text)
+{
+    activeBox()->setText(text);
+    m_textOriginal = text;
+}
+
+bool KelText::Valid() const
+{
+    const TextBox *box = activeBox();
+    if (box->Locked() || !m_mandatory)
+        return true;
+    const QString t = box->Text();
+    qsizetype end = t.size();
+    while (end > 0 && (t[end - 1] == u' ' || (m_fieldIndex == 1 && (t[end - 1] == u'\r' || t[end - 1] == u'\n'))))
+        --end;
+    return end > 0;
+}
+
+void KelText::keyPress(int box, int &keyAscii)
+{
+    TextBox *b = Text1[box];
+    switch (keyAscii) {
+    case 8: case 27:
+        return;
+    case 13:
+        if (box == 0) {
+            keyAscii = 0;
+            if (const auto &rt = librarySettings().Runtime)
+                rt->SendKey(9);
+        }
+        return;
+    default:
+        if (b->Locked() || m_insertMode)
+            return;
+        if (b->SelLength() == 0)
+            b->setSelLength(1);
+        // Overwriting never eats a line break.
+        if (box == 1 && b->SelText().endsWith(u'\r'))
+            b->setSelLength(b->SelLength() - 1);
+    }
+}
+
+FieldControl::LayoutRules KelText::layoutRules() const
+{
+    LayoutRules r;
+    r.fullHeightCaption = m_fieldIndex == 1;
+    return r;
+}
+
+void KelText::onInitProperties()
+{
+    m_insertMode = true;
+    m_mandatory = true;
+    m_selectOnFocus = false;
+}
+
+void KelText::onReadProperties(PropertyBag &bag) { readPersisted(bag, persisted()); }
+void KelText::onWriteProperties(PropertyBag &bag) { writePersisted(bag, persisted()); }
+
+void KelText::onEnterFocus() { m_textOriginal = activeBox()->Text(); }
+
+} // namespace kel

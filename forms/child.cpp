@@ -1,0 +1,288 @@
+#include "forms/child.h"
+
+#include "forms/units.h"
+#include "forms/usercontrol.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+namespace kel {
+
+int virtualKeyCode(const QKeyEvent *e)
+{
+    const int k = e->key();
+    const bool pad = e->modifiers() & Qt::KeypadModifier;
+    if (k >= Qt::Key_A && k <= Qt::Key_Z)
+        return k;
+    if (k >= Qt::Key_0 && k <= Qt::Key_9)
+        return pad ? 96 + (k - Qt::Key_0) : k;
+    if (k >= Qt::Key_F1 && k <= Qt::Key_F24)
+        return 112 + (k - Qt::Key_F1);
+    switch (k) {
+    case Qt::Key_Backspace: return 8;
+    case Qt::Key_Tab: case Qt::Key_Backtab: return 9;
+    case Qt::Key_Return: case Qt::Key_Enter: return 13;
+    case Qt::Key_Shift: return 16;
+    case Qt::Key_Control: return 17;
+    case Qt::Key_Alt: return 18;
+    case Qt::Key_Pause: return 19;
+    case Qt::Key_CapsLock: return 20;
+    case Qt::Key_Escape: return 27;
+    case Qt::Key_Space: return 32;
+    case Qt::Key_PageUp: return 33;
+    case Qt::Key_PageDown: return 34;
+    case Qt::Key_End: return 35;
+    case Qt::Key_Home: return 36;
+    case Qt::Key_Left: return 37;
+    case Qt::Key_Up: return 38;
+    case Qt::Key_Right: return 39;
+    case Qt::Key_Down: return 40;
+    case Qt::Key_Insert: return 45;
+    case Qt::Key_Delete: return 46;
+    case Qt::Key_Asterisk: return pad ? 106 : 0;
+    case Qt::Key_Plus: return pad ? 107 : 187;
+    case Qt::Key_Equal: return 187;
+    case Qt::Key_Minus: return pad ? 109 : 189;
+    case Qt::Key_Period: return pad ? 110 : 190;
+    case Qt::Key_Comma: return pad ? 110 : 188;
+    case Qt::Key_Slash: return pad ? 111 : 191;
+    case Qt::Key_Semicolon: return 186;
+    case Qt::Key_QuoteLeft: return 192;
+    case Qt::Key_BracketLeft: return 219;
+    case Qt::Key_Backslash: return 220;
+    case Qt::Key_BracketRight: return 221;
+    case Qt::Key_Apostrophe: return 222;
+    default: return 0;
+    }
+}
+
+int keyAscii(const QKeyEvent *e)
+{
+    const int k = e->key();
+    const Qt::KeyboardModifiers m = e->modifiers();
+    if ((m & Qt::ControlModifier) && !(m & Qt::AltModifier) && k >= Qt::Key_A && k <= Qt::Key_Z)
+        return k - Qt::Key_A + 1;
+    switch (k) {
+    case Qt::Key_Return: case Qt::Key_Enter: return 13;
+    case Qt::Key_Backspace: return 8;
+    case Qt::Key_Escape: return 27;
+    case Qt::Key_Delete: case Qt::Key_Tab: case Qt::Key_Backtab: return -1;
+    default: break;
+    }
+    const QString t = e->text();
+    if (t.size() != 1 || t[0].isSurrogate() || t[0].unicode() == 127)
+        return -1;
+    return t[0].unicode();
+}
+
+Child::Child(QWidget *widget, UserControl *owner, const QString &objectName)
+    : QObject(owner), m_widget(widget), m_owner(owner), m_back(0x80000005), m_fore(0x80000008)
+{
+    widget->setParent(owner);
+    widget->setObjectName(objectName);
+    setObjectName(objectName);
+    widget->installEventFilter(this);
+}
+
+Child::~Child() = default;
+
+void Child::Move(double left, double top, double width, double height)
+{
+    m_left = left;
+    m_top = top;
+    m_width = qMax(0.0, width);
+    m_height = qMax(0.0, height);
+    if (m_widget)
+        m_widget->setGeometry(twipsToPixelsX(m_left), twipsToPixelsY(m_top), twipsToPixelsX(m_width), twipsToPixelsY(m_height));
+}
+
+bool Child::Visible() const { return m_widget && !m_widget->isHidden(); }
+void Child::setVisible(bool v) { if (m_widget) m_widget->setVisible(v); }
+// The child's own flag, not whether a disabled parent greys it.
+bool Child::Enabled() const { return m_widget && !m_widget->testAttribute(Qt::WA_ForceDisabled); }
+void Child::setEnabled(bool e) { if (m_widget) m_widget->setEnabled(e); }
+
+void Child::setBackColor(quint32 c)
+{
+    m_back = c;
+    applyColours();
+}
+
+void Child::setForeColor(quint32 c)
+{
+    m_fore = c;
+    applyColours();
+}
+
+void Child::applyColours()
+{
+    if (!m_widget)
+        return;
+    QPalette p = m_widget->palette();
+    const QPalette base = QApplication::palette(m_widget);
+    const QColor back = toQColor(m_back, base), fore = toQColor(m_fore, base);
+    for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        p.setColor(group, QPalette::Base, back);
+        p.setColor(group, QPalette::Window, back);
+        if (group != QPalette::Disabled) {
+            p.setColor(group, QPalette::Text, fore);
+            p.setColor(group, QPalette::WindowText, fore);
+        }
+    }
+    m_widget->setPalette(p);
+}
+
+QString Child::ToolTipText() const { return m_widget ? m_widget->toolTip() : QString(); }
+void Child::setToolTipText(const QString &t) { if (m_widget) m_widget->setToolTip(t); }
+
+QString Child::FontName() const { return m_widget ? m_widget->font().family() : QString(); }
+double Child::FontSize() const { return m_widget ? m_widget->font().pointSizeF() : 0; }
+bool Child::FontBold() const { return m_widget && m_widget->font().bold(); }
+
+void Child::setFontName(const QString &name)
+{
+    if (!m_widget || name.isEmpty())
+        return;
+    QFont f = m_widget->font();
+    f.setFamily(name);
+    m_widget->setFont(f);
+}
+
+void Child::setFontSize(double points)
+{
+    if (!m_widget || points <= 0)
+        return;
+    QFont f = m_widget->font();
+    f.setPointSizeF(points);
+    m_widget->setFont(f);
+}
+
+void Child::setFontBold(bool bold)
+{
+    if (!m_widget)
+        return;
+    QFont f = m_widget->font();
+    f.setBold(bold);
+    m_widget->setFont(f);
+}
+
+void Child::Refresh() { if (m_widget) m_widget->repaint(); }
+
+void Child::SetFocus()
+{
+    if (!m_widget)
+        return;
+    m_widget->activateWindow();
+    m_widget->setFocus(Qt::OtherFocusReason);
+}
+
+bool Child::arrivedByTab() const
+{
+    return m_focusReason == Qt::TabFocusReason || m_focusReason == Qt::BacktabFocusReason;
+}
+
+void Child::typeCharacter(int code, const QKeyEvent *original)
+{
+    const QChar c(code);
+    int key = original->key();
+    if (c.isLetterOrNumber() || c.isPunct() || c.isSymbol() || c == u' ')
+        key = c.toUpper().unicode();
+    QKeyEvent retyped(QEvent::KeyPress, key, original->modifiers() & ~Qt::ControlModifier, QString(c));
+    m_retyping = true;
+    QApplication::sendEvent(m_widget, &retyped);
+    m_retyping = false;
+}
+
+bool Child::handleKey(QKeyEvent *e)
+{
+    if (m_retyping || e->key() == Qt::Key_Tab || e->key() == Qt::Key_Backtab)
+        return false; // Tab belongs to the form's navigation
+    int code = virtualKeyCode(e);
+    if (code) {
+        const Qt::KeyboardModifiers m = e->modifiers();
+        const int shift = (m & Qt::ShiftModifier ? ShiftKey : 0) | (m & Qt::ControlModifier ? CtrlKey : 0)
+                | (m & Qt::AltModifier ? AltKey : 0);
+        emit KeyDown(code, shift);
+        if (code == 0 || !m_widget)
+            return true;
+        if (eatsKey(code))
+            return true;
+    }
+    int ascii = keyAscii(e);
+    if (ascii < 0)
+        return false;
+    const int typed = ascii;
+    emit KeyPress(ascii);
+    if (ascii == 0 || !m_widget)
+        return true;
+    if (ascii == typed)
+        return false;
+    typeCharacter(ascii, e);
+    return true;
+}
+
+bool Child::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_widget)
+        return false;
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        return handleKey(static_cast<QKeyEvent *>(event));
+    case QEvent::FocusIn: {
+        const auto *fe = static_cast<QFocusEvent *>(event);
+        // The widget settles its own selection first, so our handlers have the last word.
+        static_cast<QObject *>(m_widget.data())->event(event);
+        if (m_logicalFocus)
+            return true; // the window came back: the field never lost the focus
+        m_logicalFocus = true;
+        m_focusReason = fe->reason();
+        QPointer<Child> self(this);
+        m_owner->childFocusIn();
+        if (self)
+            emit GotFocus();
+        return true;
+    }
+    case QEvent::FocusOut: {
+        const auto *fe = static_cast<QFocusEvent *>(event);
+        static_cast<QObject *>(m_widget.data())->event(event);
+        if (fe->reason() == Qt::ActiveWindowFocusReason || fe->reason() == Qt::PopupFocusReason || !m_logicalFocus)
+            return true;
+        m_logicalFocus = false;
+        QPointer<Child> self(this);
+        emit LostFocus();
+        if (self)
+            m_owner->childFocusOut();
+        return true;
+    }
+    case QEvent::MouseButtonPress: {
+        const auto *me = static_cast<QMouseEvent *>(event);
+        const Qt::KeyboardModifiers m = me->modifiers();
+        const int shift = (m & Qt::ShiftModifier ? ShiftKey : 0) | (m & Qt::ControlModifier ? CtrlKey : 0)
+                | (m & Qt::AltModifier ? AltKey : 0);
+        const int button = me->button() == Qt::LeftButton ? 1 : me->button() == Qt::RightButton ? 2 : 4;
+        m_pressedInside = true;
+        emit MouseDown(button, shift, me->position().x() * twipsPerPixelX(), me->position().y() * twipsPerPixelY());
+        return false;
+    }
+    case QEvent::MouseButtonRelease: {
+        const auto *me = static_cast<QMouseEvent *>(event);
+        if (m_pressedInside && m_widget->rect().contains(me->position().toPoint())) {
+            m_pressedInside = false;
+            QPointer<Child> self(this);
+            QPointer<QWidget> w(m_widget);
+            // Let the widget finish the click before the handler sees it.
+            static_cast<QObject *>(w.data())->event(event);
+            if (self)
+                emit Click();
+            return true;
+        }
+        m_pressedInside = false;
+        return false;
+    }
+    default:
+        return false;
+    }
+}
+
+} // namespace kel

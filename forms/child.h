@@ -1,0 +1,118 @@
+#pragma once
+// A child widget of a control, seen the classic way: geometry in twips, classic colours, and
+// the events KeyDown / KeyPress (with codes a handler may change or zero), GotFocus, LostFocus,
+// Click, MouseDown and Change.
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+class QKeyEvent;
+
+namespace kel {
+
+class UserControl;
+
+// Shift state bits of KeyDown and MouseDown.
+enum ShiftMask { ShiftKey = 1, CtrlKey = 2, AltKey = 4 };
+
+// Windows virtual-key code of a Qt key event (0 when it has none).
+int virtualKeyCode(const QKeyEvent *e);
+// The character code a key event types (control characters included), or -1 for none.
+int keyAscii(const QKeyEvent *e);
+
+class Child : public QObject
+{
+    Q_OBJECT
+public:
+    Child(QWidget *widget, UserControl *owner, const QString &objectName);
+    ~Child() override;
+
+    QWidget *widget() const { return m_widget; }
+    UserControl *owner() const { return m_owner; }
+
+    double Left() const { return m_left; }
+    double Top() const { return m_top; }
+    double Width() const { return m_width; }
+    double Height() const { return m_height; }
+    void Move(double left, double top, double width, double height);
+    void setWidth(double twips) { Move(m_left, m_top, twips, m_height); }
+    void setHeight(double twips) { Move(m_left, m_top, m_width, twips); }
+
+    bool Visible() const;
+    void setVisible(bool visible);
+    bool Enabled() const;
+    void setEnabled(bool enabled);
+    quint32 BackColor() const { return m_back; }
+    void setBackColor(quint32 colour);
+    quint32 ForeColor() const { return m_fore; }
+    void setForeColor(quint32 colour);
+    QString ToolTipText() const;
+    void setToolTipText(const QString &text);
+    QString FontName() const;
+    void setFontName(const QString &name);
+    double FontSize() const;
+    void setFontSize(double points);
+    bool FontBold() const;
+    void setFontBold(bool bold);
+
+    void Refresh();
+    void SetFocus();
+
+    // Read-only that still takes the focus (field widgets); false for others.
+    virtual bool Locked() const { return false; }
+    virtual void setLocked(bool) {}
+
+    // Whether the widget holds the focus as far as the form is concerned (kept while the
+    // window is merely inactive).
+    bool hasLogicalFocus() const { return m_logicalFocus; }
+    // Why the focus last arrived (Tab or Backtab means "arrived by Tab").
+    Qt::FocusReason lastFocusReason() const { return m_focusReason; }
+    bool arrivedByTab() const;
+
+signals:
+    void KeyDown(int &KeyCode, int Shift);
+    void KeyPress(int &KeyAscii);
+    void GotFocus();
+    void LostFocus();
+    void Click();
+    void MouseDown(int Button, int Shift, double X, double Y);
+    void Change();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    // A key no handler swallowed, before the widget sees it: true eats it.
+    virtual bool eatsKey(int /*keyCode*/) { return false; }
+    // Types `code` in place of the key the user pressed.
+    virtual void typeCharacter(int code, const QKeyEvent *original);
+    void applyColours();
+
+private:
+    bool handleKey(QKeyEvent *e);
+
+    QPointer<QWidget> m_widget;
+    UserControl *m_owner;
+    double m_left = 0, m_top = 0, m_width = 0, m_height = 0;
+    quint32 m_back, m_fore;
+    bool m_logicalFocus = false;
+    bool m_retyping = false;
+    bool m_pressedInside = false;
+    Qt::FocusReason m_focusReason = Qt::OtherFocusReason;
+};
+
+// A child that holds editable text with a selection: the text box, and later the combo box.
+class EditChild : public Child
+{
+    Q_OBJECT
+public:
+    using Child::Child;
+    virtual QString Text() const = 0;
+    virtual void setText(const QString &text) = 0;
+    virtual int SelStart() const = 0;
+    virtual void setSelStart(int start) = 0;
+    virtual int SelLength() const = 0;
+    virtual void setSelLength(int length) = 0;
+    virtual QString SelText() const = 0;
+    virtual void setSelText(const QString &text) = 0;
+};
+
+} // namespace kel

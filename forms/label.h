@@ -1,0 +1,25 @@
+#pragma once
+#include "forms/child.h"
+
+#include <QLabel>
+
+namespace kel {
+
+class Label : public Child
+{
+    Q_OBJECT
+public:
+    Label(UserControl *owner, const QString &objectName);
+
+    QString Caption() const { return m_label->text(); }
+    void setCaption(const QString &caption) { m_label->setText(caption); }
+    // Free for the host's use (the caption as last saved, say).
+    QString Tag;
+    // Set by a host's data binding; nothing in the library sets it.
+    bool DataChanged = false;
+
+private:
+    QLabel *m_label;
+};
+
+} // namespace kel

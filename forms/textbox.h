@@ -1,0 +1,56 @@
+#pragma once
+// The text box in its single-line and multi-line kinds. The multi-line kind shows carriage
+// return + line feed pairs as line breaks and counts both characters in every position; a lone
+// carriage return or line feed stays a character of the text.
+#include "forms/child.h"
+
+class QLineEdit;
+
+namespace kel {
+
+class MultiLineEdit;
+
+class TextBox : public EditChild
+{
+    Q_OBJECT
+public:
+    enum class Kind { SingleLine, MultiLine };
+    TextBox(Kind kind, UserControl *owner, const QString &objectName);
+    ~TextBox() override;
+
+    Kind kind() const { return m_line ? Kind::SingleLine : Kind::MultiLine; }
+
+    QString Text() const override;
+    void setText(const QString &text) override;
+    int SelStart() const override;
+    void setSelStart(int start) override;
+    int SelLength() const override;
+    void setSelLength(int length) override;
+    QString SelText() const override;
+    void setSelText(const QString &text) override;
+    // Read-only, but still takes the focus and lets the user select and copy.
+    bool Locked() const override { return m_locked; }
+    void setLocked(bool locked) override;
+    // How many characters the user may type or paste; 0 for no limit. Text set by code is
+    // never cut.
+    int MaxLength() const { return m_maxLength; }
+    void setMaxLength(int length);
+    QString PasswordChar() const { return m_password; }
+    void setPasswordChar(const QString &c);
+
+protected:
+    bool eatsKey(int keyCode) override { return keyCode == 45; }
+
+private:
+    friend class MultiLineEdit;
+    void emitIfChanged();
+
+    QLineEdit *m_line = nullptr;
+    MultiLineEdit *m_multi = nullptr;
+    bool m_locked = false;
+    int m_maxLength = 0;
+    QString m_password;
+    QString m_lastText;
+};
+
+} // namespace kel

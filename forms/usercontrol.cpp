@@ -1,0 +1,85 @@
+#include "forms/usercontrol.h"
+
+#include "forms/qtservices.h"
+#include "forms/units.h"
+
+#include <QApplication>
+#include <QResizeEvent>
+
+namespace kel {
+
+static qint32 nextHandle()
+{
+    static qint32 n = 0x10000;
+    return n += 4;
+}
+
+UserControl::UserControl(QWidget *parent)
+    : QWidget(parent), m_handle(nextHandle())
+{
+    installQtServicesIfNone();
+    setFocusPolicy(Qt::NoFocus);
+    m_widthTwips = width() * twipsPerPixelX();
+    m_heightTwips = height() * twipsPerPixelY();
+}
+
+UserControl::~UserControl() = default;
+
+void UserControl::InitProperties() { onInitProperties(); }
+void UserControl::ReadProperties(PropertyBag &bag) { onReadProperties(bag); }
+void UserControl::WriteProperties(PropertyBag &bag) { onWriteProperties(bag); }
+
+void UserControl::setWidth(double twips)
+{
+    m_widthTwips = twips;
+    resize(twipsToPixelsX(twips), height());
+}
+
+void UserControl::setHeight(double twips)
+{
+    m_heightTwips = twips;
+    resize(width(), twipsToPixelsY(twips));
+}
+
+qint32 UserControl::windowHandle() const
+{
+    const WId id = internalWinId();
+    return id ? qint32(id) : m_handle;
+}
+
+void UserControl::resizeEvent(QResizeEvent *e)
+{
+    // Keep the exact twips a caller set while they still match the pixels on screen.
+    if (twipsToPixelsX(m_widthTwips) != e->size().width())
+        m_widthTwips = e->size().width() * twipsPerPixelX();
+    if (twipsToPixelsY(m_heightTwips) != e->size().height())
+        m_heightTwips = e->size().height() * twipsPerPixelY();
+    QWidget::resizeEvent(e);
+    onResize();
+}
+
+void UserControl::showEvent(QShowEvent *e)
+{
+    QWidget::showEvent(e);
+    if (!e->spontaneous())
+        onShow();
+}
+
+void UserControl::childFocusIn()
+{
+    if (m_focusInside)
+        return;
+    m_focusInside = true;
+    onEnterFocus();
+}
+
+void UserControl::childFocusOut()
+{
+    const QWidget *now = QApplication::focusWidget();
+    if (!m_focusInside || (now && isAncestorOf(now)))
+        return;
+    m_focusInside = false;
+    onExitFocus();
+}
+
+} // namespace kel

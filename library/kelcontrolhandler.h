@@ -1,0 +1,24 @@
+#pragma once
+#include "library/classfactory.h"
+#include "library/runtimeinterface.h"
+
+namespace kel {
+
+// Hands the library the host's run-time object.
+class KelControlHandler : public QObject
+{
+    Q_OBJECT
+public:
+    explicit KelControlHandler(QObject *parent = nullptr) : QObject(parent) {}
+
+    // Replaces the held run-time object and re-reads the separator, the digits and the colours
+    // from it. Controls already showing keep their colours until their next state change.
+    void SetRuntime(std::shared_ptr<IKelRuntime> Runtime);
+    // The late-bound form: the object must be a run-time object.
+    Q_INVOKABLE void SetRuntime(std::shared_ptr<QObject> Runtime);
+
+private:
+    LiveObject m_live;
+};
+
+} // namespace kel

@@ -1,0 +1,29 @@
+#pragma once
+// The library-wide settings, held once for all controls.
+#include "library/runtimeinterface.h"
+
+namespace kel {
+
+struct LibrarySettings {
+    std::shared_ptr<IKelRuntime> Runtime;
+    // Until a run-time object is read, fields use the set of a full-colour display rather than
+    // all black.
+    quint32 FieldBackNormal = 0x00FFFFFF;
+    quint32 FieldBackLocked = 0x00F0F0FF;
+    quint32 FieldBackFocus = 0x00C0FFC0;
+    quint32 FieldBackFocusLocked = 0x00C0C0FF;
+    qint16 DecimalSeparatorCode = 0;
+    qint16 DefaultDecimals = 0;
+    qint16 ButtonWidthPixels = 0;
+};
+
+LibrarySettings &librarySettings();
+
+// Takes `runtime` as the library's run-time object and reads the regional separator, the
+// regional digits and the field colours from it. Errors of the run-time object propagate.
+void adoptRuntime(std::shared_ptr<IKelRuntime> runtime);
+
+// Forgets everything (for tests and for a host that reloads the library).
+void resetLibrarySettings();
+
+} // namespace kel

@@ -1,0 +1,57 @@
+#pragma once
+// What the controls need of the host's run-time object. Hosts hand their own through
+// KelControlHandler::SetRuntime; otherwise the library creates the default KelRuntime8.
+#include "platform/variant.h"
+
+#include <QObject>
+#include <memory>
+#include <stdexcept>
+
+namespace kel {
+
+// A service the run-time object cannot give; the call fails with this error.
+class RuntimeError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+struct FontSpec {
+    QString name;
+    double size = 0;
+};
+
+class IRuntimeDates
+{
+public:
+    virtual ~IRuntimeDates() = default;
+    // A date, or Null when the text is no date.
+    virtual Variant ParseDate(const QString &text, const QString &format, const Variant &defaultDate, bool birthday) = 0;
+    virtual Date LastDayOfMonth(Date date) = 0;
+    // A time, or Null.
+    virtual Variant ParseTime(const QString &text) = 0;
+    // A number or the text of a field, as a double rounded to `decimals` places.
+    virtual double NumberFromValue(const Variant &value, qint16 decimals) = 0;
+    virtual double RoundNumber(double number, qint16 decimals) = 0;
+};
+
+// A QObject so that hosts can pass it through dispatch as an object argument.
+class IKelRuntime : public QObject
+{
+public:
+    using QObject::QObject;
+    virtual int ColourDepth() = 0;                 // bits per pixel of the display
+    virtual QString DecimalSeparator() = 0;        // its first character is used
+    virtual qint16 DecimalDigits() = 0;
+    virtual FontSpec CaptionFont() = 0;
+    virtual FontSpec FieldFont() = 0;
+    virtual void SendKey(int virtualKey) = 0;      // 9: move the focus on as Tab would
+    virtual std::shared_ptr<IRuntimeDates> RuntimeDates() = 0;
+    virtual QString ListAppend(const QString &list, const QString &item) = 0;
+    // The next field of `text` from `position`; the position advances, negative when none is left.
+    virtual QString ReadField(const QString &text, qint32 &position, int separatorCode) = 0;
+};
+
+} // namespace kel
+
+Q_DECLARE_METATYPE(std::shared_ptr<QObject>)

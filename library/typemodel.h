@@ -1,0 +1,87 @@
+#pragma once
+// The library's public surface as data: classes, members in function-table order, dispatch ids,
+// events and the enumeration. One table, read by the factory, dispatch, the IDL dump and tests.
+#include <QString>
+#include <QStringList>
+#include <QUuid>
+#include <QtGlobal>
+#include <vector>
+
+namespace kel::typemodel {
+
+enum class VType { Void, String, Boolean, Int16, Int32, Double, Date, Variant, DaysFlag, Object, StringArray };
+
+enum class Access {
+    Method,          // a method
+    ReadOnly,        // propget only
+    ReadWrite,       // propget + propput
+    ReadWriteByRef,  // propget + propput taking its value by reference
+};
+
+struct Argument {
+    QString name;
+    VType type = VType::Void;
+    bool optional = false;
+    bool byRef = false;
+    QString defaultValue;   // for optional arguments, as written in IDL ("0", "False")
+};
+
+struct Member {
+    QString name;
+    Access access = Access::Method;
+    VType type = VType::Void;     // property type, or the method's return (Void for none)
+    std::vector<Argument> args;
+    qint32 dispid = 0;
+    bool hidden = false;
+};
+
+struct Event {
+    QString name;
+    qint32 dispid = 0;
+    std::vector<Argument> args;
+};
+
+struct EnumValue { QString name; qint32 value; };
+struct Enumeration { QString name; std::vector<EnumValue> values; };
+
+struct ClassInfo {
+    QString name;                 // "KelNumber"
+    bool isControl = true;        // false for KelControlHandler
+    QString defaultMember;        // "" when none
+    QStringList childWidgets;     // "Label1", "Text1", ...
+    std::vector<Member> members;  // function-table order
+    std::vector<Event> events;    // event interface order; may be empty
+    QUuid classId, interfaceId, eventInterfaceId;
+    QString dispatchInterface() const { return u'_' + name; }
+    QString eventInterface() const { return QStringLiteral("__") + name; }
+    // KelControlHandler has none at all; KelProgressBar has one without events.
+    bool hasEventInterface() const { return !eventInterfaceId.isNull(); }
+};
+
+struct Library {
+    QString name;             // "KelControls8"
+    QString fileVersion;      // "8.0.0.20"
+    QString typeLibVersion;   // "1.4"
+    QUuid libraryId;
+    std::vector<ClassInfo> classes;   // in the order of the type library
+    std::vector<Enumeration> enums;
+};
+
+constexpr qint32 DISPID_VALUE = 0;
+constexpr qint32 DISPID_ENABLED = -514;
+constexpr qint32 DISPID_CAPTION = -518;
+
+const Library &library();
+const ClassInfo *findClass(QStringView name);                       // regardless of case
+const Member *findMember(const ClassInfo &cls, qint32 dispid);
+const Member *findMember(const ClassInfo &cls, QStringView name);   // regardless of case
+
+// Name-based (v5) so that ids stay the same from build to build; also used for the enumeration.
+QUuid stableUuid(const QString &name);
+
+QString typeName(VType t);   // "BSTR", "VARIANT_BOOL", "short", "long", "double", "DATE", "VARIANT", ...
+
+// The whole model as IDL text, classes and members in function-table order.
+QString dumpIdl();
+
+} // namespace kel::typemodel

@@ -1,0 +1,53 @@
+#pragma once
+// The host's property bag: named, typed design-time values of one control.
+#include "platform/variant.h"
+
+#include <QList>
+#include <QPair>
+
+namespace kel {
+
+class PropertyBag
+{
+public:
+    enum class NameMatch { Exact, IgnoreCase };
+
+    virtual ~PropertyBag() = default;
+    // The stored value converted to the type of defaultValue, or defaultValue when absent
+    // or not convertible.
+    virtual Variant ReadProperty(const QString &name, const Variant &defaultValue) = 0;
+    // A value equal to its default is not stored (an older entry of that name is removed).
+    virtual void WriteProperty(const QString &name, const Variant &value, const Variant &defaultValue) = 0;
+};
+
+// Converts a stored value to the type of the default, as a bag does on read. Returns false
+// when the value cannot take that type.
+bool coerceToTypeOf(const Variant &stored, const Variant &like, Variant *out);
+
+// Values equal as a bag compares them against defaults (same type after coercion, same value).
+bool sameBagValue(const Variant &a, const Variant &b);
+
+class MemoryPropertyBag : public PropertyBag
+{
+public:
+    explicit MemoryPropertyBag(NameMatch match = NameMatch::IgnoreCase) : m_match(match) {}
+
+    Variant ReadProperty(const QString &name, const Variant &defaultValue) override;
+    void WriteProperty(const QString &name, const Variant &value, const Variant &defaultValue) override;
+
+    NameMatch nameMatch() const { return m_match; }
+    // Entries in the order they were first written.
+    const QList<QPair<QString, Variant>> &entries() const { return m_entries; }
+    bool contains(const QString &name) const { return indexOf(name) >= 0; }
+    Variant value(const QString &name) const;
+    void set(const QString &name, const Variant &value);   // raw store, for hosts and loaders
+    void remove(const QString &name);
+    void clear() { m_entries.clear(); }
+
+private:
+    qsizetype indexOf(const QString &name) const;
+    NameMatch m_match;
+    QList<QPair<QString, Variant>> m_entries;
+};
+
+} // namespace kel

@@ -1,0 +1,51 @@
+#pragma once
+// The platform services the controls use, injectable so tests can capture and fix them.
+#include <QDate>
+#include <QDateTime>
+#include <QString>
+#include <memory>
+
+namespace kel {
+
+class Services
+{
+public:
+    virtual ~Services() = default;
+    // Modal message box; style 64 is the information icon with an OK button. Returns the button.
+    virtual int MsgBox(const QString &prompt, int style, const QString &title) = 0;
+    virtual void Beep() = 0;
+    // Seconds since midnight, in single precision like the classic timer.
+    virtual float Timer() = 0;
+    virtual QDate Today() = 0;
+    virtual QDateTime Now() = 0;
+};
+
+// The installed services. Until something is installed, a quiet default answers (no box, no
+// sound, the real clock); forms/ installs the Qt one when the first control is created.
+Services &services();
+// Installs s (taking ownership); returns the previous one.
+std::unique_ptr<Services> setServices(std::unique_ptr<Services> s);
+bool hasInstalledServices();
+
+// A test double: records message boxes and beeps, and lets a test set the clock and the date.
+class RecordingServices : public Services
+{
+public:
+    struct Box { QString prompt; int style; QString title; };
+    int MsgBox(const QString &prompt, int style, const QString &title) override
+    {
+        boxes.push_back({prompt, style, title});
+        return 1;
+    }
+    void Beep() override { ++beeps; }
+    float Timer() override { return timer; }
+    QDate Today() override { return now.date(); }
+    QDateTime Now() override { return now; }
+
+    std::vector<Box> boxes;
+    int beeps = 0;
+    float timer = 0.0f;
+    QDateTime now = QDateTime(QDate(2024, 1, 15), QTime(10, 30, 0));
+};
+
+} // namespace kel

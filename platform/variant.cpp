@@ -1,0 +1,216 @@
+#include "platform/variant.h"
+
+#include <QLocale>
+#include <cmath>
+#include <limits>
+
+namespace kel {
+
+namespace {
+
+bool isBlank(QChar c) { return c == u' ' || c == u'\t' || c == QChar(0xA0) || c == QChar(0x202F); }
+
+bool parseRadix(QStringView s, double *out)
+{
+    if (s.size() < 3 || s[0] != u'&')
+        return false;
+    const QChar kind = s[1].toUpper();
+    const int base = kind == u'H' ? 16 : kind == u'O' ? 8 : 0;
+    if (!base)
+        return false;
+    bool ok = false;
+    const qulonglong v = s.mid(2).toULongLong(&ok, base);
+    if (!ok || v > 0xFFFFFFFFull)
+        return false;
+    // Classic radix literals of up to 16 bits are Integer, longer ones Long, both signed.
+    const double r = v <= 0xFFFF && s.size() <= 2 + (base == 16 ? 4 : 6)
+            ? double(qint16(quint16(v))) : double(qint32(quint32(v)));
+    *out = r;
+    return true;
+}
+
+} // namespace
+
+bool parseClassicNumber(const QString &text, QChar dec, QChar grp, double *out)
+{
+    QStringView s(text);
+    while (!s.isEmpty() && isBlank(s.front()))
+        s = s.mid(1);
+    while (!s.isEmpty() && isBlank(s.back()))
+        s.chop(1);
+    if (s.isEmpty())
+        return false;
+    if (parseRadix(s, out))
+        return true;
+
+    bool negative = false;
+    if (s.front() == u'(' && s.back() == u')') {
+        negative = true;
+        s = s.mid(1, s.size() - 2);
+    }
+    if (!s.isEmpty() && (s.front() == u'-' || s.front() == u'+')) {
+        negative = negative != (s.front() == u'-');
+        s = s.mid(1);
+    } else if (!s.isEmpty() && (s.back() == u'-' || s.back() == u'+')) {
+        negative = negative != (s.back() == u'-');
+        s.chop(1);
+    }
+    while (!s.isEmpty() && isBlank(s.front()))
+        s = s.mid(1);
+
+    QString plain;
+    plain.reserve(s.size());
+    bool digits = false, seenDec = false, seenExp = false;
+    for (qsizetype i = 0; i < s.size(); ++i) {
+        const QChar c = s[i];
+        if (c.isDigit() && c.unicode() < 128) {
+            plain += c;
+            digits = true;
+        } else if (c == dec && !seenDec && !seenExp) {
+            plain += u'.';
+            seenDec = true;
+        } else if (c == grp && !seenDec && !seenExp && digits) {
+            continue; // grouping is accepted anywhere in the integer part, as the classic test does
+        } else if ((c == u'e' || c == u'E' || c == u'd' || c == u'D') && digits && !seenExp) {
+            plain += u'e';
+            seenExp = true;
+            if (i + 1 < s.size() && (s[i + 1] == u'+' || s[i + 1] == u'-'))
+                plain += s[++i];
+            if (i + 1 >= s.size())
+                return false;
+        } else {
+            return false;
+        }
+    }
+    if (!digits)
+        return false;
+    bool ok = false;
+    const double v = plain.toDouble(&ok);
+    if (!ok || !std::isfinite(v))
+        return false;
+    *out = negative ? -v : v;
+    return true;
+}
+
+static bool stringToDouble(const QString &s, double *out)
+{
+    const QLocale loc;
+    const QString d = loc.decimalPoint(), g = loc.groupSeparator();
+    return parseClassicNumber(s, d.isEmpty() ? QChar(u'.') : d[0], g.isEmpty() ? QChar(u',') : g[0], out);
+}
+
+bool Variant::isNumeric() const
+{
+    switch (type()) {
+    case Type::Empty: case Type::Boolean: case Type::Integer: case Type::Long: case Type::Double:
+        return true;
+    case Type::String: {
+        double d;
+        return stringToDouble(*get<QString>(), &d);
+    }
+    default:
+        return false;
+    }
+}
+
+double Variant::toDouble(bool *ok) const
+{
+    bool good = true;
+    double r = 0;
+    switch (type()) {
+    case Type::Empty: break;
+    case Type::Null: case Type::Object: good = false; break;
+    case Type::Boolean: r = *get<bool>() ? -1.0 : 0.0; break;
+    case Type::Integer: r = *get<qint16>(); break;
+    case Type::Long: r = *get<qint32>(); break;
+    case Type::Double: r = *get<double>(); break;
+    case Type::Date: r = get<Date>()->serial; break;
+    case Type::String: good = stringToDouble(*get<QString>(), &r); if (!good) r = 0; break;
+    }
+    if (ok)
+        *ok = good;
+    return r;
+}
+
+bool Variant::toBool(bool *ok) const
+{
+    if (const QString *s = get<QString>()) {
+        const QString t = s->trimmed();
+        if (t.compare(u"true", Qt::CaseInsensitive) == 0) { if (ok) *ok = true; return true; }
+        if (t.compare(u"false", Qt::CaseInsensitive) == 0) { if (ok) *ok = true; return false; }
+    }
+    bool good = false;
+    const double d = toDouble(&good);
+    if (ok)
+        *ok = good;
+    return good && d != 0;
+}
+
+// Classic conversions to integers round half to even and fail on overflow.
+template<class I>
+static I toInt(const Variant &v, bool *ok)
+{
+    bool good = false;
+    double d = v.toDouble(&good);
+    d = std::nearbyint(d);
+    if (!good || d < std::numeric_limits<I>::min() || d > std::numeric_limits<I>::max()) {
+        if (ok) *ok = false;
+        return 0;
+    }
+    if (ok) *ok = true;
+    return static_cast<I>(d);
+}
+
+qint16 Variant::toInt16(bool *ok) const { return toInt<qint16>(*this, ok); }
+qint32 Variant::toInt32(bool *ok) const { return toInt<qint32>(*this, ok); }
+
+Date Variant::toDate(bool *ok) const
+{
+    bool good = false;
+    const double d = toDouble(&good);
+    if (ok)
+        *ok = good && type() != Type::String;
+    return Date{d};
+}
+
+QString Variant::toString() const
+{
+    switch (type()) {
+    case Type::Empty: case Type::Null: case Type::Object: return {};
+    case Type::Boolean: return *get<bool>() ? QStringLiteral("True") : QStringLiteral("False");
+    case Type::Integer: return QString::number(*get<qint16>());
+    case Type::Long: return QString::number(*get<qint32>());
+    case Type::Double: {
+        // The general number form: up to 15 significant digits, regional decimal separator.
+        QString s = QString::number(*get<double>(), 'g', 15).replace(u'e', u'E');
+        const QString dec = QLocale().decimalPoint();
+        if (dec != u".")
+            s.replace(u'.', dec);
+        return s;
+    }
+    case Type::Date: return QString::number(get<Date>()->serial, 'g', 15);
+    case Type::String: return *get<QString>();
+    }
+    return {};
+}
+
+std::shared_ptr<QObject> Variant::toObject() const
+{
+    const auto *o = get<std::shared_ptr<QObject>>();
+    return o ? *o : nullptr;
+}
+
+QString Variant::typeName() const
+{
+    static const char *const names[] = {"Empty", "Null", "Boolean", "Integer", "Long", "Double", "Date", "String", "Object"};
+    return QString::fromLatin1(names[m_v.index()]);
+}
+
+QString Variant::debugString() const
+{
+    if (isEmpty() || isNull())
+        return typeName();
+    return typeName() + u'(' + toString() + u')';
+}
+
+} // namespace kel

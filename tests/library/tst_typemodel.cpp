@@ -1,0 +1,234 @@
+// Expected values are copied from the published member tables, not from the model.
+#include "library/typemodel.h"
+
+#include <QSet>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace kel::typemodel;
+
+Q_DECLARE_METATYPE(kel::typemodel::Access)
+
+static const ClassInfo &cls(const QString &name)
+{
+    const ClassInfo *c = findClass(name);
+    if (!c)
+        qFatal("no class %s", qPrintable(name));
+    return *c;
+}
+
+// The trimmed lines of one block of the dump, between its header and its closing "};".
+static QStringList idlBlock(const QString &header)
+{
+    QStringList lines;
+    bool inside = false;
+    for (const QString &raw : dumpIdl().split(u'\n')) {
+        const QString line = raw.trimmed();
+        if (!inside)
+            inside = line.endsWith(header + u" {"_s);
+        else if (line == u"};"_s)
+            break;
+        else
+            lines << line;
+    }
+    return lines;
+}
+
+class TstTypeModel : public QObject
+{
+    Q_OBJECT
+private slots:
+    void classes_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("members");
+        QTest::addColumn<QString>("defaultMember");
+        QTest::addColumn<bool>("eventIface");
+        QTest::addColumn<QStringList>("events");
+        QTest::addColumn<int>("idlLines");         // one per method or read-only member, two per read/write one
+
+        QTest::newRow("progress") << u"KelProgressBar"_s << 8 << u"Value"_s << true << QStringList() << 13;
+        QTest::newRow("number") << u"KelNumber"_s << 23 << u"Value"_s << true << QStringList{u"Change"_s} << 40;
+        QTest::newRow("check") << u"KelCheck"_s << 13 << u"Value"_s << true << QStringList{u"Change"_s} << 21;
+        QTest::newRow("combo") << u"KelCombo"_s << 24 << u"Text"_s << true << QStringList{u"Change"_s, u"Click"_s, u"ChangeEx"_s} << 39;
+        QTest::newRow("date") << u"KelDate"_s << 20 << u"Value"_s << true << QStringList{u"Change"_s} << 35;
+        QTest::newRow("time") << u"KelTime"_s << 19 << u"Value"_s << true << QStringList{u"Change"_s} << 33;
+        QTest::newRow("text") << u"KelText"_s << 20 << u"Text"_s << true << QStringList{u"Change"_s, u"Click"_s} << 33;
+        QTest::newRow("handler") << u"KelControlHandler"_s << 1 << QString() << false << QStringList() << 1;
+    }
+    void classes()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, members);
+        QFETCH(QString, defaultMember);
+        QFETCH(bool, eventIface);
+        QFETCH(QStringList, events);
+        QFETCH(int, idlLines);
+
+        const ClassInfo &c = cls(name);
+        QCOMPARE(int(c.members.size()), members);
+        QCOMPARE(c.defaultMember, defaultMember);
+        QCOMPARE(c.isControl, !defaultMember.isEmpty());
+        if (c.isControl)
+            QCOMPARE(findMember(c, DISPID_VALUE)->name, defaultMember);
+        QCOMPARE(c.hasEventInterface(), eventIface);
+        QStringList got;
+        for (const Event &e : c.events) {
+            got << e.name;
+            QCOMPARE(e.dispid, qint32(got.size()));   // numbered 1, 2, 3 in table order
+        }
+        QCOMPARE(got, events);
+        QCOMPARE(int(idlBlock(u"interface _"_s + name + u" : IDispatch"_s).size()), idlLines);
+    }
+
+    void members_data()
+    {
+        QTest::addColumn<QString>("cls");
+        QTest::addColumn<QString>("member");
+        QTest::addColumn<int>("index");   // slot in the function table
+        QTest::addColumn<int>("dispid");
+        QTest::addColumn<Access>("access");
+        QTest::addColumn<bool>("hidden");
+
+        const auto row = [](const char *c, const char *m, int index, qint32 id, Access a, bool hidden = false) {
+            QTest::addRow("%s.%s", c, m) << QString::fromLatin1(c) << QString::fromLatin1(m) << index << id << a << hidden;
+        };
+        using enum Access;
+        row("KelProgressBar", "Clear", 0, 0x60030004, Method);
+        row("KelProgressBar", "Enabled", 1, 0x68030003, ReadWrite);
+        row("KelNumber", "Caption", 0, 0x68030012, ReadWrite);
+        row("KelNumber", "ChangedCaption", 3, 0x6803000F, ReadOnly);
+        row("KelNumber", "Enabled", 6, -514, ReadWrite);
+        row("KelNumber", "Valid", 19, 0x68030002, ReadOnly);
+        row("KelNumber", "ValueSaved", 22, 0x68030000, ReadWriteByRef, true);
+        row("KelCheck", "Caption", 0, -518, ReadWrite);
+        row("KelCheck", "Enabled", 3, -514, ReadWrite);
+        row("KelCheck", "ValueOriginal", 11, 0x68030001, ReadWriteByRef, true);
+        row("KelCombo", "Enabled", 5, 0x6803000E, ReadWrite);
+        row("KelCombo", "ListCount", 8, 0x6803000B, ReadOnly);
+        row("KelCombo", "ListIndex", 9, 0x6803000A, ReadWriteByRef);
+        row("KelCombo", "ListFromArray", 23, 0x60030016, Method);
+        row("KelDate", "DaysFlag", 4, 0x6803000B, ReadWrite);
+        row("KelDate", "ValueOriginal", 18, 0x68030001, ReadWriteByRef, true);
+        row("KelTime", "Refresh", 11, 0x6003000F, Method);
+        row("KelText", "hWnd", 5, 0x6803000A, ReadOnly);
+        row("KelText", "TextSaved", 16, 0x68030001, ReadWriteByRef, true);
+        row("KelText", "Valid", 18, 0x68030000, ReadOnly);
+        row("KelText", "TextRaw", 19, 0x68030011, ReadOnly);
+        row("KelControlHandler", "SetRuntime", 0, 0x60030000, Method);
+    }
+    void members()
+    {
+        QFETCH(QString, cls);
+        QFETCH(QString, member);
+        QFETCH(int, index);
+        QFETCH(int, dispid);
+        QFETCH(Access, access);
+        QFETCH(bool, hidden);
+
+        const ClassInfo &c = ::cls(cls);
+        QVERIFY(index < int(c.members.size()));
+        const Member &m = c.members[size_t(index)];
+        QCOMPARE(m.name, member);
+        QCOMPARE(m.dispid, dispid);
+        QCOMPARE(m.access, access);
+        QCOMPARE(m.hidden, hidden);
+        QCOMPARE(findMember(c, dispid), &m);
+    }
+
+    void dispids()
+    {
+        for (const ClassInfo &c : library().classes) {
+            QSet<qint32> seen;
+            for (const Member &m : c.members) {
+                QVERIFY2(!seen.contains(m.dispid), qPrintable(c.name + u'.' + m.name));
+                seen.insert(m.dispid);
+                const quint32 band = quint32(m.dispid) & 0xFFFF0000u;
+                if (m.access == Access::Method)
+                    QCOMPARE(band, 0x60030000u);
+                else if (m.dispid != DISPID_VALUE && m.dispid != DISPID_ENABLED && m.dispid != DISPID_CAPTION)
+                    QCOMPARE(band, 0x68030000u);
+            }
+        }
+        const ClassInfo &n = cls(u"KelNumber"_s);
+        QCOMPARE(QSet<QUuid>({library().libraryId, n.classId, n.interfaceId, n.eventInterfaceId}).size(), 4);
+        QCOMPARE(n.classId.version(), QUuid::Sha1);   // name-based, so stable across builds
+    }
+
+    void lookupAndEnum()
+    {
+        const ClassInfo &text = cls(u"keltext"_s);
+        QCOMPARE(text.name, u"KelText"_s);
+        QCOMPARE(findMember(text, u"HWND")->name, u"hWnd"_s);
+        QCOMPARE(findMember(text, u"textraw")->dispid, 0x68030011);
+        QCOMPARE(findMember(text, u"NoSuchMember"), nullptr);
+        QCOMPARE(findMember(text, DISPID_CAPTION), nullptr);
+        QCOMPARE(findMember(cls(u"KelCombo"_s), DISPID_ENABLED), nullptr);   // its Enabled has its own id
+        QCOMPARE(findClass(u"KelLabel"), nullptr);
+
+        QCOMPARE(library().enums.size(), size_t(1));
+        QStringList values;
+        for (const EnumValue &v : library().enums[0].values)
+            values << u"%1=%2"_s.arg(v.name).arg(v.value);
+        QCOMPARE(library().enums[0].name, u"KelDateDaysFlag"_s);
+        QCOMPARE(values, QStringList({u"Allow=0"_s, u"FirstDay=1"_s, u"LastDay=2"_s, u"BirthDay=3"_s}));
+    }
+
+    void idlLines_data()
+    {
+        QTest::addColumn<QString>("block");
+        QTest::addColumn<QString>("line");
+        const auto row = [](const char *tag, const char *block, const QString &line) {
+            QTest::newRow(tag) << QString::fromLatin1(block) << line;
+        };
+        const char *number = "interface _KelNumber : IDispatch";
+        row("caption get", number, u"[id(0x68030012), propget] HRESULT Caption([out, retval] BSTR* pVal);"_s);
+        row("caption put", number, u"[id(0x68030012), propput] HRESULT Caption([in] BSTR pVal);"_s);
+        row("optional arg", number, u"[id(0x68030002), propget] HRESULT Valid([in, optional, defaultvalue(0)] VARIANT_BOOL ShowMessage, [out, retval] VARIANT_BOOL* pVal);"_s);
+        row("hidden by-ref put", number, u"[id(0x68030001), propput, hidden] HRESULT ValueOriginal([in, out] double* pVal);"_s);
+        row("by-ref arg", number, u"[id(0x6803000f), propget] HRESULT ChangedCaption([in, out] BSTR* CaptionToSave, [out, retval] VARIANT_BOOL* pVal);"_s);
+        row("standard enabled", number, u"[id(0xfffffdfe), propget] HRESULT Enabled([out, retval] VARIANT_BOOL* pVal);"_s);
+        row("default member", number, u"[id(0x00000000), propput] HRESULT Value([in] VARIANT pVal);"_s);
+        row("standard caption", "interface _KelCheck : IDispatch", u"[id(0xfffffdfa), propput] HRESULT Caption([in] BSTR pVal);"_s);
+        row("long", "interface _KelProgressBar : IDispatch", u"[id(0x68030002), propput] HRESULT Max([in] long pVal);"_s);
+        row("array", "interface _KelCombo : IDispatch", u"[id(0x60030016)] HRESULT ListFromArray([in, out] SAFEARRAY(BSTR)* strArray);"_s);
+        row("visible by-ref put", "interface _KelCombo : IDispatch", u"[id(0x6803000a), propput] HRESULT ListIndex([in, out] short* pVal);"_s);
+        row("enum", "interface _KelDate : IDispatch", u"[id(0x6803000b), propput] HRESULT DaysFlag([in] KelDateDaysFlag pVal);"_s);
+        row("date", "interface _KelTime : IDispatch", u"[id(0x68030005), propget] HRESULT MinValue([out, retval] DATE* pVal);"_s);
+        row("object", "interface _KelControlHandler : IDispatch", u"[id(0x60030000)] HRESULT SetRuntime([in] IDispatch* Runtime);"_s);
+        row("event", "dispinterface __KelNumber", u"[id(0x00000001)] void Change();"_s);
+        row("event by-ref", "dispinterface __KelCombo", u"[id(0x00000003)] void ChangeEx([in, out] VARIANT_BOOL* Handled);"_s);
+        row("coclass", "coclass KelNumber", u"[default, source] dispinterface __KelNumber;"_s);
+    }
+    void idlLines()
+    {
+        QFETCH(QString, block);
+        QFETCH(QString, line);
+        const QStringList lines = idlBlock(block);
+        QVERIFY2(lines.contains(line), qPrintable(block + u":\n"_s + lines.join(u'\n')));
+    }
+
+    void idlOrder()
+    {
+        const QString idl = dumpIdl();
+        QStringList headers{u"version(1.4)"_s, u"library KelControls8\n"_s, u"importlib(\"stdole2.tlb\");"_s,
+                            u"BirthDay = 3\n    } KelDateDaysFlag;"_s};
+        for (const char *name : {"KelProgressBar", "KelNumber", "KelCheck", "KelCombo", "KelDate", "KelTime", "KelText"}) {
+            const QString n = QString::fromLatin1(name);
+            headers << u"interface _%1 : IDispatch {"_s.arg(n) << u"dispinterface __%1 {"_s.arg(n) << u"coclass %1 {"_s.arg(n);
+        }
+        headers << u"interface _KelControlHandler : IDispatch {"_s << u"coclass KelControlHandler {"_s;
+        qsizetype at = 0;
+        for (const QString &h : headers) {
+            at = idl.indexOf(h, at);
+            QVERIFY2(at >= 0, qPrintable(h));
+        }
+        QVERIFY(!idl.contains(u"__KelControlHandler"_s));
+        QCOMPARE(idlBlock(u"dispinterface __KelProgressBar"_s), QStringList({u"properties:"_s, u"methods:"_s}));
+        QVERIFY(idlBlock(u"interface _KelCombo : IDispatch"_s).last().contains(u"ListFromArray"_s));
+        QVERIFY(idlBlock(u"interface _KelText : IDispatch"_s).last().contains(u"TextRaw"_s));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstTypeModel)
+#include "tst_typemodel.moc"
