@@ -232,7 +232,9 @@ bool Child::eventFilter(QObject *watched, QEvent *event)
     case QEvent::FocusIn: {
         const auto *fe = static_cast<QFocusEvent *>(event);
         // The widget settles its own selection first, so our handlers have the last word.
+        beforeWidgetFocusIn();
         static_cast<QObject *>(m_widget.data())->event(event);
+        afterWidgetFocusIn(fe->reason());
         if (m_logicalFocus)
             return true; // the window came back: the field never lost the focus
         m_logicalFocus = true;

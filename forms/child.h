@@ -80,6 +80,9 @@ signals:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    // Around the widget's own focus-in handling (which may select text by itself).
+    virtual void beforeWidgetFocusIn() {}
+    virtual void afterWidgetFocusIn(Qt::FocusReason) {}
     // A key no handler swallowed, before the widget sees it: true eats it.
     virtual bool eatsKey(int /*keyCode*/) { return false; }
     // Types `code` in place of the key the user pressed.

@@ -94,25 +94,30 @@ public:
 };
 
 // Cuts what the user adds so the text stays within the limit; never cuts what is there.
+// (QLineEdit already holds the new text while validating, so the old length is tracked here.)
 class LengthValidator : public QValidator
 {
 public:
-    LengthValidator(QLineEdit *edit, const int *max) : QValidator(edit), m_edit(edit), m_max(max) {}
+    LengthValidator(QLineEdit *edit, const int *max, const bool *byCode)
+        : QValidator(edit), m_max(max), m_byCode(byCode), m_previous(int(edit->text().size()))
+    {
+        connect(edit, &QLineEdit::textChanged, this, [this](const QString &t) { m_previous = int(t.size()); });
+    }
     State validate(QString &input, int &pos) const override
     {
-        const int max = *m_max;
-        if (max <= 0 || input.size() <= max || input.size() <= m_edit->text().size())
+        const int allowed = qMax(*m_max, m_previous);
+        if (*m_byCode || *m_max <= 0 || input.size() <= allowed)
             return Acceptable;
-        const int excess = int(input.size()) - qMax(max, int(m_edit->text().size()));
-        const int cut = qMin(excess, pos);
+        const int cut = qMin(int(input.size()) - allowed, pos);
         input.remove(pos - cut, cut);
         pos -= cut;
-        return input.size() <= qMax(max, int(m_edit->text().size())) ? Acceptable : Invalid;
+        return input.size() <= allowed ? Acceptable : Invalid;
     }
 
 private:
-    QLineEdit *m_edit;
     const int *m_max;
+    const bool *m_byCode;
+    int m_previous;
 };
 
 } // namespace
@@ -193,7 +198,7 @@ TextBox::TextBox(Kind kind, UserControl *owner, const QString &objectName)
     if (kind == Kind::SingleLine) {
         m_line = static_cast<QLineEdit *>(widget());
         m_line->setMaxLength(std::numeric_limits<int>::max());
-        m_line->setValidator(new LengthValidator(m_line, &m_maxLength));
+        m_line->setValidator(new LengthValidator(m_line, &m_maxLength, &m_settingByCode));
         connect(m_line, &QLineEdit::textChanged, this, &TextBox::Change);
     } else {
         m_multi = static_cast<MultiLineEdit *>(widget());
@@ -222,7 +227,9 @@ void TextBox::emitIfChanged()
 void TextBox::setText(const QString &text)
 {
     if (m_line) {
+        m_settingByCode = true;
         m_line->setText(text);
+        m_settingByCode = false;
         return;
     }
     if (text == Text())
@@ -289,12 +296,22 @@ void TextBox::setSelLength(int length)
 void TextBox::setSelText(const QString &text)
 {
     if (m_line) {
+        m_settingByCode = true;
         m_line->insert(text);
+        m_settingByCode = false;
         return;
     }
     QTextCursor c = m_multi->textCursor();
     c.insertText(toDocument(text));
     m_multi->setTextCursor(c);
+}
+
+void TextBox::afterWidgetFocusIn(Qt::FocusReason reason)
+{
+    if (m_line && reason != Qt::MouseFocusReason) {
+        setSelStart(m_selBeforeFocus.first);
+        setSelLength(m_selBeforeFocus.second);
+    }
 }
 
 void TextBox::setLocked(bool locked)

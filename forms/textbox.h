@@ -40,6 +40,9 @@ public:
 
 protected:
     bool eatsKey(int keyCode) override { return keyCode == 45; }
+    // A classic edit box keeps its selection when tabbed into; QLineEdit would select all.
+    void beforeWidgetFocusIn() override { m_selBeforeFocus = {SelStart(), SelLength()}; }
+    void afterWidgetFocusIn(Qt::FocusReason reason) override;
 
 private:
     friend class MultiLineEdit;
@@ -49,8 +52,10 @@ private:
     MultiLineEdit *m_multi = nullptr;
     bool m_locked = false;
     int m_maxLength = 0;
+    bool m_settingByCode = false;
     QString m_password;
     QString m_lastText;
+    std::pair<int, int> m_selBeforeFocus;
 };
 
 } // namespace kel

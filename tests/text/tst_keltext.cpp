@@ -1,0 +1,304 @@
+#include "controls/text/keltext.h"
+#include "kelfixture.h"
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace kel;
+
+// A shown, active form with two text fields, so Enter and Tab have somewhere to go.
+struct Form {
+    QWidget window;
+    KelText *first = new KelText(&window);
+    KelText *second = new KelText(&window);
+    Form()
+    {
+        first->setGeometry(0, 0, 300, 20);
+        second->setGeometry(0, 40, 300, 20);
+        window.resize(320, 100);
+        window.show();
+        window.activateWindow();
+    }
+    bool ready() { return QTest::qWaitForWindowActive(&window); }
+};
+
+static QWidget *box(KelText *t, int i) { return t->findChild<QWidget *>(i ? QStringLiteral("Text1(1)") : QStringLiteral("Text1(0)")); }
+
+class TestKelText : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        test::recordServices();
+        test::useRuntime();
+    }
+
+    void textTrimsTrailingBreakPairs_data()
+    {
+        QTest::addColumn<QString>("raw");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("changes");
+        QTest::newRow("two pairs") << u"a\r\n\r\n"_qs << u"a"_qs << 2;
+        QTest::newRow("only pairs") << u"\r\n"_qs << QString() << 1;
+        QTest::newRow("space kept") << u"a \r\n"_qs << u"a "_qs << 1;
+        QTest::newRow("lone lf kept") << u"a\n"_qs << u"a\n"_qs << 0;
+        QTest::newRow("lone cr kept") << u"a\r"_qs << u"a\r"_qs << 0;
+        QTest::newRow("inner pair kept") << u"a\r\nb"_qs << u"a\r\nb"_qs << 0;
+    }
+    void textTrimsTrailingBreakPairs()
+    {
+        QFETCH(QString, raw);
+        QFETCH(QString, text);
+        QFETCH(int, changes);
+        KelText t;
+        t.setMultiLine(true);
+        t.setText(raw);
+        QCOMPARE(t.TextRaw(), raw);
+        QSignalSpy change(&t, &KelText::Change);
+        QCOMPARE(t.Text(), text);
+        QCOMPARE(t.TextRaw(), text);
+        QCOMPARE(change.count(), changes);
+    }
+
+    void valid_data()
+    {
+        QTest::addColumn<bool>("multi");
+        QTest::addColumn<bool>("locked");
+        QTest::addColumn<bool>("mandatory");
+        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("valid");
+        QTest::newRow("empty") << false << false << true << true << QString() << false;
+        QTest::newRow("empty locked") << false << true << true << true << QString() << true;
+        QTest::newRow("empty optional") << false << false << false << true << QString() << true;
+        QTest::newRow("empty disabled") << false << false << true << false << QString() << false;
+        QTest::newRow("spaces") << false << false << true << true << u"   "_qs << false;
+        QTest::newRow("single keeps breaks") << false << false << true << true << u"\r\n"_qs << true;
+        QTest::newRow("multi blanks and breaks") << true << false << true << true << u" \r\n \n\r"_qs << false;
+        QTest::newRow("multi text") << true << false << true << true << u"x\r\n "_qs << true;
+    }
+    void valid()
+    {
+        QFETCH(bool, multi);
+        QFETCH(bool, locked);
+        QFETCH(bool, mandatory);
+        QFETCH(bool, enabled);
+        QFETCH(QString, text);
+        QFETCH(bool, valid);
+        KelText t;
+        t.setMultiLine(multi);
+        t.setLocked(locked);
+        t.setMandatory(mandatory);
+        t.setEnabled(enabled);
+        t.setText(text);
+        QCOMPARE(t.Valid(), valid);
+    }
+
+    void multiLineSwitchKeepsText()
+    {
+        KelText t;
+        t.setText(u"abc"_qs);
+        t.setMultiLine(true);
+        QVERIFY(!box(&t, 0)->isVisibleTo(&t));
+        QVERIFY(box(&t, 1)->isVisibleTo(&t));
+        QCOMPARE(t.TextRaw(), u"abc"_qs);
+        t.Text1[1]->setText(u"abc\r\nline 2\r\n\r\n"_qs);
+        QVERIFY(t.Changed());
+        t.setMultiLine(false);
+        QCOMPARE(t.Text(), u"abc\r\nline 2"_qs);
+        QCOMPARE(t.TextOriginal(), u"abc\r\nline 2"_qs);
+        QVERIFY(!t.Changed());
+        QVERIFY(!t.MultiLine());
+    }
+
+    void enterKey()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        f.first->setText(u"ab"_qs);
+        box(f.first, 0)->setFocus(Qt::MouseFocusReason);
+        QTest::keyClick(box(f.first, 0), Qt::Key_Return);
+        QCOMPARE(f.first->TextRaw(), u"ab"_qs);
+        QCOMPARE(QApplication::focusWidget(), box(f.second, 0));
+
+        f.first->setMultiLine(true);
+        box(f.first, 1)->setFocus(Qt::MouseFocusReason);
+        f.first->Text1[1]->setSelStart(2);
+        QTest::keyClick(box(f.first, 1), Qt::Key_Return);
+        QTest::keyClicks(box(f.first, 1), u"c"_qs);
+        QCOMPARE(f.first->TextRaw(), u"ab\r\nc"_qs);
+        QCOMPARE(QApplication::focusWidget(), box(f.first, 1));
+    }
+
+    void overwriteTyping_data()
+    {
+        QTest::addColumn<bool>("multi");
+        QTest::addColumn<bool>("insert");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("caret");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("overwrites") << false << false << u"abc"_qs << 1 << u"axc"_qs;
+        QTest::newRow("appends at end") << false << false << u"abc"_qs << 3 << u"abcx"_qs;
+        QTest::newRow("inserts") << false << true << u"abc"_qs << 1 << u"axbc"_qs;
+        QTest::newRow("multi overwrites") << true << false << u"ab\r\ncd"_qs << 4 << u"ab\r\nxd"_qs;
+        QTest::newRow("caret inside a pair") << true << false << u"ab\r\ncd"_qs << 3 << u"abx\r\ncd"_qs;
+        QTest::newRow("multi keeps break") << true << false << u"ab\r\ncd"_qs << 2 << u"abx\r\ncd"_qs;
+        QTest::newRow("multi keeps lone cr") << true << false << u"a\rb"_qs << 1 << u"ax\rb"_qs;
+    }
+    void overwriteTyping()
+    {
+        QFETCH(bool, multi);
+        QFETCH(bool, insert);
+        QFETCH(QString, text);
+        QFETCH(int, caret);
+        QFETCH(QString, expected);
+        Form f;
+        QVERIFY(f.ready());
+        f.first->setMultiLine(multi);
+        f.first->setInsertMode(insert);
+        f.first->setText(text);
+        QWidget *w = box(f.first, multi);
+        w->setFocus(Qt::MouseFocusReason);
+        f.first->Text1[multi]->setSelStart(caret);
+        QTest::keyClicks(w, u"x"_qs);
+        QCOMPARE(f.first->TextRaw(), expected);
+    }
+
+    void insertKeyTogglesSilently()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        QSignalSpy changed(f.first, &UserControl::PropertyChanged);
+        box(f.first, 0)->setFocus(Qt::MouseFocusReason);
+        QTest::keyClick(box(f.first, 0), Qt::Key_Insert);
+        QVERIFY(!f.first->InsertMode());
+        f.first->setLocked(true);
+        changed.clear();
+        QTest::keyClick(box(f.first, 0), Qt::Key_Insert);
+        QVERIFY(f.first->InsertMode());
+        QCOMPARE(changed.count(), 0);
+    }
+
+    void passwordChar()
+    {
+        KelText t;
+        QSignalSpy changed(&t, &UserControl::PropertyChanged);
+        t.setPasswordChar(u"#!"_qs);
+        QCOMPARE(t.PasswordChar(), u"#"_qs);
+        QCOMPARE(t.Text1[1]->PasswordChar(), u"#"_qs);
+        QCOMPARE(qobject_cast<QLineEdit *>(box(&t, 0))->echoMode(), QLineEdit::Password);
+        t.setPasswordChar(QString());
+        QCOMPARE(qobject_cast<QLineEdit *>(box(&t, 0))->echoMode(), QLineEdit::Normal);
+        QCOMPARE(changed.count(), 2);
+        QCOMPARE(changed.at(0).at(0).toString(), u"PasswordChar"_qs);
+    }
+
+    void maxLengthLimitsTypingOnly()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        f.first->setMaxLength(3);
+        f.first->setMaxLength(-1);
+        QCOMPARE(f.first->MaxLength(), qint16(3));
+        f.first->setText(u"abcdef"_qs); // code is never cut
+        QCOMPARE(f.first->TextRaw(), u"abcdef"_qs);
+        f.first->setText(u"ab"_qs);
+        box(f.first, 0)->setFocus(Qt::MouseFocusReason);
+        f.first->Text1[0]->setSelStart(2);
+        QTest::keyClicks(box(f.first, 0), u"xyz"_qs);
+        QCOMPARE(f.first->TextRaw(), u"abx"_qs);
+    }
+
+    void saveLoadRoundTrip_data()
+    {
+        QTest::addColumn<bool>("multi");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("quotes and commas") << false << u"say \"hi\", then, \"\"bye\"\""_qs;
+        QTest::newRow("non-ascii") << false << u"Zoë — ½ € 日本 🙂"_qs;
+        QTest::newRow("breaks kept raw") << true << u"one\r\ntwo\r\n\r\n"_qs;
+        QTest::newRow("lone breaks") << true << u"a\rb\nc\r\n"_qs;
+        QTest::newRow("trailing blanks") << false << u"  x  "_qs;
+    }
+    void saveLoadRoundTrip()
+    {
+        QFETCH(bool, multi);
+        QFETCH(QString, text);
+        KelText a;
+        a.setCaption(u"Caption, \"quoted\" é"_qs);
+        a.setCaptionWidth(1234);
+        a.setEnabled(false);
+        a.setInsertMode(false);
+        a.setLocked(true);
+        a.setMandatory(false);
+        a.setMaxLength(77);
+        a.setMultiLine(multi);
+        a.setPasswordChar(u"*"_qs);
+        a.setSelectOnFocus(true);
+        a.setText(text);
+        MemoryPropertyBag bag;
+        a.WriteProperties(bag);
+        QCOMPARE(bag.entries().size(), multi ? 11 : 10); // MultiLine False is the default
+
+        KelText b;
+        b.ReadProperties(bag);
+        for (const char *p : {"Caption", "CaptionWidth", "Enabled", "InsertMode", "Locked", "Mandatory",
+                              "MaxLength", "MultiLine", "PasswordChar", "SelectOnFocus", "TextRaw"})
+            QCOMPARE(b.property(p), a.property(p));
+        QVERIFY(!b.Changed());
+        MemoryPropertyBag again;
+        b.WriteProperties(again);
+        QCOMPARE(again.entries(), bag.entries());
+    }
+
+    void defaultsAreNotStored()
+    {
+        KelText t;
+        t.InitProperties();
+        t.setCaptionWidth(0);
+        MemoryPropertyBag bag;
+        t.WriteProperties(bag);
+        QCOMPARE(bag.entries().size(), 0);
+    }
+
+    void loadReportsThroughSetters()
+    {
+        MemoryPropertyBag bag;
+        bag.set(u"mandatory"_qs, false);     // names match regardless of case
+        bag.set(u"CaptionWidth"_qs, u"abc"_qs); // unreadable: the default is used
+        bag.set(u"Text"_qs, u"hello"_qs);
+        KelText t;
+        QSignalSpy changed(&t, &UserControl::PropertyChanged);
+        t.ReadProperties(bag);
+        QCOMPARE(t.CaptionWidth(), qint16(0));
+        QVERIFY(!t.Mandatory());
+        QCOMPARE(t.Text(), u"hello"_qs);
+        QCOMPARE(t.TextOriginal(), u"hello"_qs);
+        QStringList names;
+        for (const auto &args : changed)
+            names << args.at(0).toString();
+        // Caption is equal to its default, so it reports nothing; Text reports nothing.
+        QCOMPARE(names, (QStringList{u"CaptionWidth"_qs, u"Enabled"_qs, u"InsertMode"_qs, u"Locked"_qs,
+                                     u"Mandatory"_qs, u"MaxLength"_qs, u"MultiLine"_qs, u"PasswordChar"_qs,
+                                     u"SelectOnFocus"_qs}));
+    }
+
+    void changeAndClickEvents()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        QSignalSpy change(f.first, &KelText::Change);
+        QSignalSpy click(f.first, &KelText::Click);
+        f.first->setText(u"set by code"_qs);
+        QCOMPARE(change.count(), 1);
+        QTest::mouseClick(box(f.first, 0), Qt::LeftButton, {}, QPoint(5, 5));
+        QCOMPARE(click.count(), 1);
+        QTest::keyClicks(box(f.first, 0), u"ab"_qs);
+        QCOMPARE(change.count(), 3);
+    }
+};
+
+QTEST_MAIN(TestKelText)
+#include "tst_keltext.moc"
