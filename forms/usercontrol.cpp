@@ -32,13 +32,24 @@ void UserControl::WriteProperties(PropertyBag &bag) { onWriteProperties(bag); }
 void UserControl::setWidth(double twips)
 {
     m_widthTwips = twips;
-    resize(twipsToPixelsX(twips), height());
+    resizeTo(QSize(twipsToPixelsX(twips), height()));
 }
 
 void UserControl::setHeight(double twips)
 {
     m_heightTwips = twips;
-    resize(width(), twipsToPixelsY(twips));
+    resizeTo(QSize(width(), twipsToPixelsY(twips)));
+}
+
+void UserControl::resizeTo(const QSize &size)
+{
+    const QSize old = this->size();
+    resize(size);
+    // A hidden widget gets its resize event only when shown; the container resizes now.
+    if (!isVisible() && old != size) {
+        QResizeEvent e(size, old);
+        resizeEvent(&e);
+    }
 }
 
 qint32 UserControl::windowHandle() const

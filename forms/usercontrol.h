@@ -59,6 +59,7 @@ protected:
 
 private:
     friend class Child;
+    void resizeTo(const QSize &size);
     void childFocusIn();
     void childFocusOut();
 

@@ -4,9 +4,9 @@
 
 namespace kel {
 
-void KelControlHandler::SetRuntime(std::shared_ptr<IKelRuntime> Runtime)
+void KelControlHandler::adopt(std::shared_ptr<IKelRuntime> runtime)
 {
-    adoptRuntime(std::move(Runtime));
+    adoptRuntime(std::move(runtime));
 }
 
 void KelControlHandler::SetRuntime(std::shared_ptr<QObject> Runtime)
@@ -14,7 +14,7 @@ void KelControlHandler::SetRuntime(std::shared_ptr<QObject> Runtime)
     auto rt = std::dynamic_pointer_cast<IKelRuntime>(Runtime);
     if (Runtime && !rt)
         throw RuntimeError("SetRuntime: the object is not a run-time object");
-    adoptRuntime(std::move(rt));
+    adopt(std::move(rt));
 }
 
 } // namespace kel

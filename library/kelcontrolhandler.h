@@ -2,6 +2,8 @@
 #include "library/classfactory.h"
 #include "library/runtimeinterface.h"
 
+#include <type_traits>
+
 namespace kel {
 
 // Hands the library the host's run-time object.
@@ -13,11 +15,14 @@ public:
 
     // Replaces the held run-time object and re-reads the separator, the digits and the colours
     // from it. Controls already showing keep their colours until their next state change.
-    void SetRuntime(std::shared_ptr<IKelRuntime> Runtime);
+    template<class R>
+        requires std::is_base_of_v<IKelRuntime, R>
+    void SetRuntime(std::shared_ptr<R> Runtime) { adopt(std::move(Runtime)); }
     // The late-bound form: the object must be a run-time object.
     Q_INVOKABLE void SetRuntime(std::shared_ptr<QObject> Runtime);
 
 private:
+    static void adopt(std::shared_ptr<IKelRuntime> runtime);
     LiveObject m_live;
 };
 

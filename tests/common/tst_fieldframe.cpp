@@ -1,0 +1,281 @@
+#include "common/baskelcontrols.h"
+#include "controls/text/keltext.h"
+#include "kelfixture.h"
+#include "library/kelcontrolhandler.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace kel;
+
+namespace {
+
+// A run-time object whose answers a test sets, counting how often it is asked.
+class FakeRuntime : public KelRuntime8
+{
+public:
+    int depth = 24;
+    QString separator = u","_qs;
+    qint16 digits = 3;
+    int sendKeys = 0;
+    int ColourDepth() override { return depth; }
+    QString DecimalSeparator() override { return separator; }
+    qint16 DecimalDigits() override { return digits; }
+    void SendKey(int vk) override { ++sendKeys; KelRuntime8::SendKey(vk); }
+};
+
+struct Form {
+    QWidget window;
+    KelText *a = new KelText(&window);
+    KelText *b = new KelText(&window);
+    Form()
+    {
+        a->setGeometry(0, 0, 300, 20);
+        b->setGeometry(0, 40, 300, 20);
+        window.resize(320, 100);
+        window.show();
+        window.activateWindow();
+    }
+    bool ready() { return QTest::qWaitForWindowActive(&window); }
+};
+
+QWidget *field(KelText *t) { return t->findChild<QWidget *>(u"Text1(0)"_qs); }
+
+} // namespace
+
+class TestFieldFrame : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        resetLibrarySettings();
+        test::recordServices();
+    }
+
+    void setRuntimeReadsSettingsEachTime_data()
+    {
+        QTest::addColumn<int>("depth");
+        QTest::addColumn<quint32>("normal");
+        QTest::addColumn<quint32>("locked");
+        QTest::addColumn<quint32>("focus");
+        QTest::addColumn<quint32>("focusLocked");
+        QTest::newRow("15 bits") << 15 << 0x80000005u << 0x80000005u << 0x0080FF80u << 0x80000005u;
+        QTest::newRow("16 bits") << 16 << 0x00FFFFFFu << 0x00F0F0FFu << 0x00C0FFC0u << 0x00C0C0FFu;
+    }
+    void setRuntimeReadsSettingsEachTime()
+    {
+        QFETCH(int, depth);
+        QFETCH(quint32, normal);
+        QFETCH(quint32, locked);
+        QFETCH(quint32, focus);
+        QFETCH(quint32, focusLocked);
+        KelControlHandler handler;
+        auto first = std::make_shared<FakeRuntime>();
+        handler.SetRuntime(first);
+        auto second = std::make_shared<FakeRuntime>();
+        second->depth = depth;
+        second->separator = u".;"_qs;
+        second->digits = 4;
+        handler.SetRuntime(second);
+        const LibrarySettings &s = librarySettings();
+        QCOMPARE(s.Runtime.get(), second.get());
+        QCOMPARE(s.DecimalSeparatorCode, qint16('.'));
+        QCOMPARE(s.DefaultDecimals, qint16(4));
+        QCOMPARE(s.FieldBackNormal, normal);
+        QCOMPARE(s.FieldBackLocked, locked);
+        QCOMPARE(s.FieldBackFocus, focus);
+        QCOMPARE(s.FieldBackFocusLocked, focusLocked);
+    }
+
+    void defaultRuntimeCreatedOnceOnFirstRead()
+    {
+        QVERIFY(!librarySettings().Runtime);
+        KelText t1, t2;
+        t1.InitProperties();
+        QVERIFY(!librarySettings().Runtime); // a new control reads nothing
+        MemoryPropertyBag bag;
+        t1.ReadProperties(bag);
+        const auto created = librarySettings().Runtime;
+        QVERIFY(std::dynamic_pointer_cast<KelRuntime8>(created));
+        QCOMPARE(librarySettings().ButtonWidthPixels, qint16(16)); // 240 twips at 15 twips a pixel
+        t2.ReadProperties(bag);
+        QCOMPARE(librarySettings().Runtime, created);
+        KelControlHandler().SetRuntime(std::make_shared<FakeRuntime>());
+        QVERIFY(librarySettings().Runtime != created);
+    }
+
+    void setRuntimeFirstLeavesButtonWidthZero()
+    {
+        KelControlHandler().SetRuntime(std::make_shared<FakeRuntime>());
+        KelText t;
+        MemoryPropertyBag bag;
+        t.ReadProperties(bag);
+        QCOMPARE(librarySettings().ButtonWidthPixels, qint16(0));
+    }
+
+    void captionAndWidthReports()
+    {
+        KelText t;
+        QSignalSpy changed(&t, &UserControl::PropertyChanged);
+        t.setCaption(u"Name"_qs);
+        t.setCaption(u"Name"_qs);
+        t.setCaption(u"name"_qs);
+        t.setCaptionWidth(-1);
+        QCOMPARE(changed.count(), 2);
+        QCOMPARE(t.Caption(), u"name"_qs);
+        t.setMandatory(false);
+        QCOMPARE(t.Label1->ForeColor(), 0x80000008u);
+        t.setMandatory(true);
+        QCOMPARE(t.Label1->ForeColor(), 0x8000000Du);
+    }
+
+    void layout_data()
+    {
+        QTest::addColumn<bool>("multi");
+        QTest::addColumn<int>("captionWidth");
+        QTest::addColumn<int>("width");
+        QTest::addColumn<int>("height");
+        QTest::addColumn<QRect>("control");   // twips: (0, 0, width, height)
+        QTest::addColumn<QRect>("label");
+        QTest::addColumn<QRect>("field");
+        QTest::newRow("plain") << false << 1500 << 4500 << 300 << QRect(0, 0, 4500, 300) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 300);
+        QTest::newRow("too low") << false << 1500 << 4500 << 150 << QRect(0, 0, 4500, 300) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 300);
+        QTest::newRow("higher stays") << false << 1500 << 4500 << 600 << QRect(0, 0, 4500, 600) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 600);
+        QTest::newRow("narrower than caption") << false << 1500 << 900 << 300 << QRect(0, 0, 900, 300) << QRect(0, 0, 900, 195) << QRect(900, 0, 0, 300);
+        QTest::newRow("below 100") << false << 1500 << 45 << 300 << QRect(0, 0, 100, 300) << QRect(0, 0, 100, 195) << QRect(100, 0, 0, 300);
+        QTest::newRow("multi caption full height") << true << 1500 << 4500 << 900 << QRect(0, 0, 4500, 900) << QRect(0, 0, 1500, 900) << QRect(1500, 0, 3000, 900);
+        QTest::newRow("no caption") << false << 0 << 3000 << 300 << QRect(0, 0, 3000, 300) << QRect(0, 0, 0, 195) << QRect(0, 0, 3000, 300);
+    }
+    void layout()
+    {
+        QFETCH(bool, multi);
+        QFETCH(int, captionWidth);
+        QFETCH(int, width);
+        QFETCH(int, height);
+        QFETCH(QRect, control);
+        QFETCH(QRect, label);
+        QFETCH(QRect, field);
+        KelText t;
+        t.setMultiLine(multi);
+        t.setCaptionWidth(qint16(captionWidth));
+        t.setWidth(width);
+        t.setHeight(height);
+        auto rect = [](const Child *c) { return QRect(qRound(c->Left()), qRound(c->Top()), qRound(c->Width()), qRound(c->Height())); };
+        QCOMPARE(QRect(0, 0, qRound(t.Width()), qRound(t.Height())), control);
+        QCOMPARE(rect(t.Label1), label);
+        QCOMPARE(rect(t.Text1[multi ? 1 : 0]), field);
+    }
+
+    // The background colour is the state: focus, lock and enable move it as a table.
+    void colourStates()
+    {
+        test::useRuntime();
+        const LibrarySettings &s = librarySettings();
+        Form f;
+        QVERIFY(f.ready());
+        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackFocus);   // the window gave it the focus
+        f.a->setLocked(true);
+        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackFocusLocked);
+        f.a->setLocked(false);
+        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackFocus);
+        f.b->setLocked(true);
+        QCOMPARE(f.b->Text1[0]->BackColor(), s.FieldBackLocked);
+        QCOMPARE(f.b->Text1[1]->BackColor(), s.FieldBackLocked);
+        field(f.b)->setFocus(Qt::TabFocusReason);
+        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackNormal);
+        QCOMPARE(f.b->Text1[0]->BackColor(), s.FieldBackFocusLocked);
+        f.a->setEnabled(false);
+        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackLocked);
+        f.a->setEnabled(true);
+        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackNormal);
+    }
+
+    void lowColourDepthOddity()
+    {
+        test::useRuntime(8);
+        KelText t;
+        t.setLocked(true);
+        t.setLocked(false); // system colour == FieldBackFocusLocked, so it turns "focused"
+        QCOMPARE(t.Text1[0]->BackColor(), 0x0080FF80u);
+    }
+
+    void selectOnFocus_data()
+    {
+        QTest::addColumn<bool>("select");
+        QTest::addColumn<bool>("byTab");
+        QTest::addColumn<int>("selLength");
+        QTest::newRow("tab selects all") << true << true << 5;
+        QTest::newRow("click selects nothing") << true << false << 0;
+        QTest::newRow("off: tab leaves it") << false << true << 0;
+    }
+    void selectOnFocus()
+    {
+        QFETCH(bool, select);
+        QFETCH(bool, byTab);
+        QFETCH(int, selLength);
+        test::useRuntime();
+        Form f;
+        QVERIFY(f.ready());
+        f.b->setSelectOnFocus(select);
+        f.b->setText(u"hello"_qs);
+        if (byTab)
+            QTest::keyClick(field(f.a), Qt::Key_Tab);
+        else
+            QTest::mouseClick(field(f.b), Qt::LeftButton, {}, QPoint(3, 5));
+        QCOMPARE(QApplication::focusWidget(), field(f.b));
+        QCOMPARE(f.b->Text1[0]->SelLength(), selLength);
+        QTest::keyClick(field(f.b), Qt::Key_Tab);
+        QCOMPARE(f.b->Text1[0]->SelStart(), 0); // leaving puts the caret home
+    }
+
+    void changeTracking()
+    {
+        test::useRuntime();
+        Form f;
+        QVERIFY(f.ready());
+        f.b->setText(u"abc"_qs);
+        f.b->setTextSaved(u"abc"_qs);
+        QTest::keyClick(field(f.a), Qt::Key_Tab);
+        QTest::keyClick(field(f.b), Qt::Key_End);
+        QTest::keyClicks(field(f.b), u"d"_qs);
+        QTest::keyClick(field(f.b), Qt::Key_Tab);
+        QVERIFY(f.b->Changed());
+        QVERIFY(f.b->ChangedSaved());
+        QTest::keyClick(field(f.a), Qt::Key_Tab); // entering again resets the reference
+        QVERIFY(!f.b->Changed());
+        QVERIFY(f.b->ChangedSaved());
+        f.b->setTextSaved(u"abcd"_qs);
+        QVERIFY(!f.b->ChangedSaved());
+    }
+
+    void focusEventOrder()
+    {
+        test::useRuntime();
+        Form f;
+        QVERIFY(f.ready());
+        QStringList log;
+        connect(f.b->Text1[0], &Child::GotFocus, this, [&] { log << u"got"_qs; });
+        connect(f.b->Text1[0], &Child::LostFocus, this, [&] { log << u"lost"_qs << u"inside:%1"_qs.arg(f.b->focusInside()); });
+        QTest::keyClick(field(f.a), Qt::Key_Tab);
+        log << u"inside:%1"_qs.arg(f.b->focusInside());
+        QTest::keyClick(field(f.b), Qt::Key_Tab);
+        log << u"inside:%1"_qs.arg(f.b->focusInside());
+        QCOMPARE(log, (QStringList{u"got"_qs, u"inside:1"_qs, u"lost"_qs, u"inside:1"_qs, u"inside:0"_qs}));
+    }
+
+    void tooltips()
+    {
+        KelText t;
+        t.TooltipSet(u"Where you live"_qs);
+        QCOMPARE(t.Text1[0]->ToolTipText(), u"Where you live"_qs);
+        QCOMPARE(t.Text1[1]->ToolTipText(), u"Where you live"_qs);
+        QCOMPARE(t.ExtenderToolTipText(), u"Where you live"_qs);
+        t.setExtenderToolTipText(u"From the host"_qs);
+        t.show(); // showing takes the extender's tool tip
+        QCOMPARE(t.Text1[0]->ToolTipText(), u"From the host"_qs);
+    }
+};
+
+QTEST_MAIN(TestFieldFrame)
+#include "tst_fieldframe.moc"
