@@ -1,0 +1,144 @@
+#include "controls/kelcontrols8.h"
+#include "controls/text/keltext.h"
+#include "kelfixture.h"
+#include "library/dispatch.h"
+#include "library/kelcontrolhandler.h"
+#include "library/typemodel.h"
+
+#include <QMetaMethod>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace kel;
+
+class TestDispatch : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { test::useRuntime(); }
+
+    // Every member of every class the factory makes is there on the object, by the model's name
+    // and arity, so late-bound hosts reach all of it.
+    void metaObjectsAgreeWithModel()
+    {
+        registerKelControls8();
+        QWidget parent;
+        for (const QString &name : ClassFactory::classNames()) {
+            std::unique_ptr<QObject> obj(createObject(name, &parent));
+            QVERIFY2(obj, qPrintable(name));
+            const QMetaObject *mo = obj->metaObject();
+            for (const auto &m : typemodel::findClass(name)->members) {
+                const QByteArray n = m.name.toLatin1();
+                bool found = false;
+                if (m.access != typemodel::Access::Method && m.args.empty()) {
+                    const int i = mo->indexOfProperty(n.constData());
+                    found = i >= 0 && (m.access == typemodel::Access::ReadOnly || mo->property(i).isWritable());
+                } else {
+                    for (int i = 0; i < mo->methodCount() && !found; ++i)
+                        found = mo->method(i).name() == n && mo->method(i).parameterCount() == int(m.args.size());
+                }
+                QVERIFY2(found, qPrintable(name + u'.' + m.name));
+            }
+        }
+    }
+
+    void getPutByIdAndName()
+    {
+        KelText t;
+        std::vector<Variant> args{Variant(u"Name"_qs)};
+        QVERIFY(dispatchInvoke(&t, 0x6803000E, DispatchKind::PropertyPut, args).ok);
+        QCOMPARE(t.Caption(), u"Name"_qs);
+        QVERIFY(dispatchPut(&t, u"text"_qs, Variant(qint32(42))));   // any case, converted
+        QCOMPARE(t.Text(), u"42"_qs);
+        args = {};
+        QCOMPARE(dispatchInvoke(&t, typemodel::DISPID_VALUE, DispatchKind::PropertyGet, args).value, Variant(u"42"_qs));
+        QVERIFY(dispatchPut(&t, u"Enabled"_qs, Variant(u"False"_qs)));
+        QCOMPARE(dispatchGet(&t, u"ENABLED"_qs), Variant(false));
+        args = {Variant(u"tip"_qs)};
+        QVERIFY(dispatchInvoke(&t, 0x60030010, DispatchKind::Method, args).ok);
+        QCOMPARE(t.ExtenderToolTipText(), u"tip"_qs);
+    }
+
+    void errorsAreResults_data()
+    {
+        QTest::addColumn<QString>("member");
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QList<QString>>("args");
+        QTest::addColumn<QString>("error");
+        const int get = int(DispatchKind::PropertyGet), put = int(DispatchKind::PropertyPut), call = int(DispatchKind::Method);
+        QTest::newRow("unknown") << u"Nope"_qs << get << QList<QString>{} << u"KelText.Nope: unknown member"_qs;
+        QTest::newRow("read-only") << u"TextRaw"_qs << put << QList<QString>{u"x"_qs} << u"KelText.TextRaw: the member cannot be assigned"_qs;
+        QTest::newRow("mismatch") << u"CaptionWidth"_qs << put << QList<QString>{u"wide"_qs} << u"KelText.CaptionWidth: Type mismatch"_qs;
+        QTest::newRow("overflow") << u"MaxLength"_qs << put << QList<QString>{u"40000"_qs} << u"KelText.MaxLength: Overflow"_qs;
+        QTest::newRow("too many") << u"TooltipSet"_qs << call << QList<QString>{u"a"_qs, u"b"_qs} << u"KelText.TooltipSet: wrong number of arguments"_qs;
+        QTest::newRow("too few") << u"TooltipSet"_qs << call << QList<QString>{} << u"KelText.TooltipSet: wrong number of arguments"_qs;
+    }
+    void errorsAreResults()
+    {
+        QFETCH(QString, member);
+        QFETCH(int, kind);
+        QFETCH(QList<QString>, args);
+        QFETCH(QString, error);
+        KelText t;
+        std::vector<Variant> v(args.begin(), args.end());
+        const DispatchResult r = dispatchInvoke(&t, member, DispatchKind(kind), v);
+        QVERIFY(!r.ok);
+        QCOMPARE(r.error, error);
+        std::vector<Variant> none;
+        QVERIFY(!dispatchInvoke(&t, 0x12345, DispatchKind::PropertyGet, none).ok);
+        QObject stranger;
+        QVERIFY(!dispatchInvoke(&stranger, u"Text"_qs, DispatchKind::PropertyGet, none).ok);
+    }
+
+    void setRuntimeThroughDispatch()
+    {
+        KelControlHandler h;
+        auto rt = std::make_shared<KelRuntime8>();
+        rt->setDecimalDigits(5);
+        std::vector<Variant> args{Variant(std::static_pointer_cast<QObject>(rt))};
+        QVERIFY(dispatchInvoke(&h, 0x60030000, DispatchKind::Method, args).ok);
+        QCOMPARE(librarySettings().DefaultDecimals, qint16(5));
+        args = {Variant(std::make_shared<QObject>())};
+        const DispatchResult r = dispatchInvoke(&h, u"SetRuntime"_qs, DispatchKind::Method, args);
+        QVERIFY(!r.ok);
+        QVERIFY(r.error.contains(u"not a run-time object"));
+        args = {Variant(u"text"_qs)};
+        QVERIFY(!dispatchInvoke(&h, u"SetRuntime"_qs, DispatchKind::Method, args).ok);
+        test::useRuntime();
+    }
+
+    void factoryAndUnloading()
+    {
+        QString error;
+        QVERIFY(!createObject(u"KelNope"_qs, nullptr, &error));
+        QCOMPARE(error, u"Class not registered: \"KelNope\""_qs);
+        const int before = liveObjects();
+        {
+            std::unique_ptr<QObject> t(createObject(u"keltext"_qs));
+            QVERIFY(qobject_cast<KelText *>(t.get()));
+            QVERIFY(!DllCanUnloadNow());
+            QCOMPARE(liveObjects(), before + 1);
+        }
+        QCOMPARE(liveObjects(), before);
+    }
+
+    void registration()
+    {
+        QTemporaryDir dir;
+        const QString file = dir.filePath(u"reg/registry.ini"_qs);
+        QString error;
+        QVERIFY2(DllRegisterServer(&error, file), qPrintable(error));
+        QFile f(file);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(f.readAll());
+        for (const auto &cls : typemodel::library().classes)
+            QVERIFY(text.contains(u"[KelControls8."_qs + cls.name + u']'));
+        QVERIFY(DllUnregisterServer(&error, file));
+        QVERIFY(!QFile::exists(file));
+        QVERIFY(!DllRegisterServer(&error, u"/proc/no/such/place/registry.ini"_qs));
+        QVERIFY(error.startsWith(u"/proc/no/such/place/registry.ini"_qs));
+    }
+};
+
+QTEST_MAIN(TestDispatch)
+#include "tst_dispatch.moc"
