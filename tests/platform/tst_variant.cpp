@@ -1,0 +1,86 @@
+#include "platform/propertybag.h"
+#include "platform/variant.h"
+
+#include <QLocale>
+#include <QTest>
+
+using namespace kel;
+
+class TestVariant : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
+
+    // The classic numeric test that setters use.
+    void numericText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("numeric");
+        QTest::addColumn<double>("value");
+        QTest::newRow("int") << u"42"_qs << true << 42.0;
+        QTest::newRow("blanks") << u"  -3.5 "_qs << true << -3.5;
+        QTest::newRow("grouped") << u"1,234.5"_qs << true << 1234.5;
+        QTest::newRow("parens") << u"(12.00)"_qs << true << -12.0;
+        QTest::newRow("trailing minus") << u"7-"_qs << true << -7.0;
+        QTest::newRow("exponent") << u"1.5E3"_qs << true << 1500.0;
+        QTest::newRow("hex") << u"&HFF"_qs << true << 255.0;
+        QTest::newRow("hex integer wraps") << u"&HFFFF"_qs << true << -1.0;
+        QTest::newRow("letters") << u"12abc"_qs << false << 0.0;
+        QTest::newRow("two points") << u"1.2.3"_qs << false << 0.0;
+        QTest::newRow("empty text") << QString() << false << 0.0;
+        QTest::newRow("sign only") << u"-"_qs << false << 0.0;
+        QTest::newRow("dangling exponent") << u"1E"_qs << false << 0.0;
+    }
+    void numericText()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, numeric);
+        QFETCH(double, value);
+        const Variant v(text);
+        QCOMPARE(v.isNumeric(), numeric);
+        bool ok = false;
+        QCOMPARE(v.toDouble(&ok), value);
+        QCOMPARE(ok, numeric);
+    }
+
+    void kinds()
+    {
+        QVERIFY(Variant().isNumeric());            // Empty counts as 0
+        QVERIFY(!Variant(Null).isNumeric());
+        QVERIFY(Variant(true).isNumeric());
+        QCOMPARE(Variant(true).toDouble(), -1.0);
+        QCOMPARE(Variant(Null).toString(), QString());
+        QCOMPARE(Variant(2.5).toString(), u"2.5"_qs);
+        QCOMPARE(Variant(1e20).toString(), u"1E+20"_qs);
+        bool ok = true;
+        Variant(40000.0).toInt16(&ok);
+        QVERIFY(!ok);
+        QCOMPARE(Variant(2.5).toInt16(), qint16(2));   // integer conversion rounds half to even
+        QCOMPARE(Variant(3.5).toInt16(), qint16(4));
+    }
+
+    void bagDefaultsAndCoercion()
+    {
+        MemoryPropertyBag bag;
+        bag.WriteProperty(u"Caption"_qs, u""_qs, u""_qs);
+        bag.WriteProperty(u"Enabled"_qs, true, true);
+        QVERIFY(bag.entries().isEmpty());              // equal to its default: not stored
+        bag.WriteProperty(u"Width"_qs, qint16(300), qint16(0));
+        QCOMPARE(bag.ReadProperty(u"width"_qs, qint16(0)), Variant(qint16(300)));
+        QCOMPARE(bag.ReadProperty(u"Width"_qs, 0.0), Variant(300.0));
+        QCOMPARE(bag.ReadProperty(u"Width"_qs, QString()), Variant(u"300"_qs));
+        bag.set(u"Flag"_qs, u"maybe"_qs);
+        QCOMPARE(bag.ReadProperty(u"Flag"_qs, true), Variant(true)); // unreadable: the default
+        bag.set(u"Big"_qs, 1e9);
+        QCOMPARE(bag.ReadProperty(u"Big"_qs, qint16(7)), Variant(qint16(7)));
+
+        MemoryPropertyBag exact(PropertyBag::NameMatch::Exact);
+        exact.set(u"Caption"_qs, u"x"_qs);
+        QCOMPARE(exact.ReadProperty(u"caption"_qs, u"d"_qs), Variant(u"d"_qs));
+        QCOMPARE(exact.ReadProperty(u"Caption"_qs, u"d"_qs), Variant(u"x"_qs));
+    }
+};
+
+QTEST_MAIN(TestVariant)
+#include "tst_variant.moc"
