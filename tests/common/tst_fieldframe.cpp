@@ -24,20 +24,7 @@ public:
     void SendKey(int vk) override { ++sendKeys; KelRuntime8::SendKey(vk); }
 };
 
-struct Form {
-    QWidget window;
-    KelText *a = new KelText(&window);
-    KelText *b = new KelText(&window);
-    Form()
-    {
-        a->setGeometry(0, 0, 300, 20);
-        b->setGeometry(0, 40, 300, 20);
-        window.resize(320, 100);
-        window.show();
-        window.activateWindow();
-    }
-    bool ready() { return QTest::qWaitForWindowActive(&window); }
-};
+using Form = test::TwoFieldForm<KelText>;
 
 QWidget *field(KelText *t) { return t->findChild<QWidget *>(u"Text1(0)"_qs); }
 
@@ -174,21 +161,21 @@ private slots:
         const LibrarySettings &s = librarySettings();
         Form f;
         QVERIFY(f.ready());
-        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackFocus);   // the window gave it the focus
-        f.a->setLocked(true);
-        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackFocusLocked);
-        f.a->setLocked(false);
-        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackFocus);
-        f.b->setLocked(true);
-        QCOMPARE(f.b->Text1[0]->BackColor(), s.FieldBackLocked);
-        QCOMPARE(f.b->Text1[1]->BackColor(), s.FieldBackLocked);
-        field(f.b)->setFocus(Qt::TabFocusReason);
-        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackNormal);
-        QCOMPARE(f.b->Text1[0]->BackColor(), s.FieldBackFocusLocked);
-        f.a->setEnabled(false);
-        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackLocked);
-        f.a->setEnabled(true);
-        QCOMPARE(f.a->Text1[0]->BackColor(), s.FieldBackNormal);
+        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackFocus);   // the window gave it the focus
+        f.first->setLocked(true);
+        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackFocusLocked);
+        f.first->setLocked(false);
+        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackFocus);
+        f.second->setLocked(true);
+        QCOMPARE(f.second->Text1[0]->BackColor(), s.FieldBackLocked);
+        QCOMPARE(f.second->Text1[1]->BackColor(), s.FieldBackLocked);
+        field(f.second)->setFocus(Qt::TabFocusReason);
+        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackNormal);
+        QCOMPARE(f.second->Text1[0]->BackColor(), s.FieldBackFocusLocked);
+        f.first->setEnabled(false);
+        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackLocked);
+        f.first->setEnabled(true);
+        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackNormal);
     }
 
     void lowColourDepthOddity()
@@ -217,16 +204,16 @@ private slots:
         test::useRuntime();
         Form f;
         QVERIFY(f.ready());
-        f.b->setSelectOnFocus(select);
-        f.b->setText(u"hello"_qs);
+        f.second->setSelectOnFocus(select);
+        f.second->setText(u"hello"_qs);
         if (byTab)
-            QTest::keyClick(field(f.a), Qt::Key_Tab);
+            QTest::keyClick(field(f.first), Qt::Key_Tab);
         else
-            QTest::mouseClick(field(f.b), Qt::LeftButton, {}, QPoint(3, 5));
-        QCOMPARE(QApplication::focusWidget(), field(f.b));
-        QCOMPARE(f.b->Text1[0]->SelLength(), selLength);
-        QTest::keyClick(field(f.b), Qt::Key_Tab);
-        QCOMPARE(f.b->Text1[0]->SelStart(), 0); // leaving puts the caret home
+            QTest::mouseClick(field(f.second), Qt::LeftButton, {}, QPoint(3, 5));
+        QCOMPARE(QApplication::focusWidget(), field(f.second));
+        QCOMPARE(f.second->Text1[0]->SelLength(), selLength);
+        QTest::keyClick(field(f.second), Qt::Key_Tab);
+        QCOMPARE(f.second->Text1[0]->SelStart(), 0); // leaving puts the caret home
     }
 
     void changeTracking()
@@ -234,19 +221,19 @@ private slots:
         test::useRuntime();
         Form f;
         QVERIFY(f.ready());
-        f.b->setText(u"abc"_qs);
-        f.b->setTextSaved(u"abc"_qs);
-        QTest::keyClick(field(f.a), Qt::Key_Tab);
-        QTest::keyClick(field(f.b), Qt::Key_End);
-        QTest::keyClicks(field(f.b), u"d"_qs);
-        QTest::keyClick(field(f.b), Qt::Key_Tab);
-        QVERIFY(f.b->Changed());
-        QVERIFY(f.b->ChangedSaved());
-        QTest::keyClick(field(f.a), Qt::Key_Tab); // entering again resets the reference
-        QVERIFY(!f.b->Changed());
-        QVERIFY(f.b->ChangedSaved());
-        f.b->setTextSaved(u"abcd"_qs);
-        QVERIFY(!f.b->ChangedSaved());
+        f.second->setText(u"abc"_qs);
+        f.second->setTextSaved(u"abc"_qs);
+        QTest::keyClick(field(f.first), Qt::Key_Tab);
+        QTest::keyClick(field(f.second), Qt::Key_End);
+        QTest::keyClicks(field(f.second), u"d"_qs);
+        QTest::keyClick(field(f.second), Qt::Key_Tab);
+        QVERIFY(f.second->Changed());
+        QVERIFY(f.second->ChangedSaved());
+        QTest::keyClick(field(f.first), Qt::Key_Tab); // entering again resets the reference
+        QVERIFY(!f.second->Changed());
+        QVERIFY(f.second->ChangedSaved());
+        f.second->setTextSaved(u"abcd"_qs);
+        QVERIFY(!f.second->ChangedSaved());
     }
 
     void focusEventOrder()
@@ -255,12 +242,12 @@ private slots:
         Form f;
         QVERIFY(f.ready());
         QStringList log;
-        connect(f.b->Text1[0], &Child::GotFocus, this, [&] { log << u"got"_qs; });
-        connect(f.b->Text1[0], &Child::LostFocus, this, [&] { log << u"lost"_qs << u"inside:%1"_qs.arg(f.b->focusInside()); });
-        QTest::keyClick(field(f.a), Qt::Key_Tab);
-        log << u"inside:%1"_qs.arg(f.b->focusInside());
-        QTest::keyClick(field(f.b), Qt::Key_Tab);
-        log << u"inside:%1"_qs.arg(f.b->focusInside());
+        connect(f.second->Text1[0], &Child::GotFocus, this, [&] { log << u"got"_qs; });
+        connect(f.second->Text1[0], &Child::LostFocus, this, [&] { log << u"lost"_qs << u"inside:%1"_qs.arg(f.second->focusInside()); });
+        QTest::keyClick(field(f.first), Qt::Key_Tab);
+        log << u"inside:%1"_qs.arg(f.second->focusInside());
+        QTest::keyClick(field(f.second), Qt::Key_Tab);
+        log << u"inside:%1"_qs.arg(f.second->focusInside());
         QCOMPARE(log, (QStringList{u"got"_qs, u"inside:1"_qs, u"lost"_qs, u"inside:1"_qs, u"inside:0"_qs}));
     }
 

@@ -5,6 +5,8 @@
 #include "runtime/kelruntime8.h"
 
 #include <QLocale>
+#include <QTest>
+#include <QWidget>
 
 namespace kel::test {
 
@@ -29,5 +31,23 @@ inline std::shared_ptr<KelRuntime8> useRuntime(int colourDepth = 24, qint16 digi
     adoptRuntime(rt);
     return rt;
 }
+
+// A shown, active window holding two controls, one under the other, so that Tab and Enter have
+// somewhere to go.
+template<class Control>
+struct TwoFieldForm {
+    QWidget window;
+    Control *first = new Control(&window);
+    Control *second = new Control(&window);
+    TwoFieldForm()
+    {
+        first->setGeometry(0, 0, 300, 20);
+        second->setGeometry(0, 40, 300, 20);
+        window.resize(320, 100);
+        window.show();
+        window.activateWindow();
+    }
+    bool ready() { return QTest::qWaitForWindowActive(&window); }
+};
 
 } // namespace kel::test

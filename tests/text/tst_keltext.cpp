@@ -8,21 +8,7 @@
 
 using namespace kel;
 
-// A shown, active form with two text fields, so Enter and Tab have somewhere to go.
-struct Form {
-    QWidget window;
-    KelText *first = new KelText(&window);
-    KelText *second = new KelText(&window);
-    Form()
-    {
-        first->setGeometry(0, 0, 300, 20);
-        second->setGeometry(0, 40, 300, 20);
-        window.resize(320, 100);
-        window.show();
-        window.activateWindow();
-    }
-    bool ready() { return QTest::qWaitForWindowActive(&window); }
-};
+using Form = test::TwoFieldForm<KelText>;
 
 static QWidget *box(KelText *t, int i) { return t->findChild<QWidget *>(i ? QStringLiteral("Text1(1)") : QStringLiteral("Text1(0)")); }
 
