@@ -119,9 +119,13 @@ void Child::applyColours()
 {
     if (!m_widget)
         return;
-    QPalette p = m_widget->palette();
     const QPalette base = QApplication::palette(m_widget);
     const QColor back = toQColor(m_back, base), fore = toQColor(m_fore, base);
+    QPalette p = m_widget->palette();
+    // setPalette re-polishes the widget; skip it when nothing would change.
+    if (p.color(QPalette::Active, QPalette::Base) == back && p.color(QPalette::Active, QPalette::Text) == fore
+        && p.color(QPalette::Active, QPalette::Window) == back && p.color(QPalette::Active, QPalette::WindowText) == fore)
+        return;
     for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
         p.setColor(group, QPalette::Base, back);
         p.setColor(group, QPalette::Window, back);

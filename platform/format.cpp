@@ -282,7 +282,7 @@ QString formatSection(const NumSection &sec, double absValue, bool withSign, con
     QStringList units; // integer digits, each with the group separator that follows it
     const auto len = long(intPart.size());
     for (long k = 0; k < len; ++k) {
-        QString u(QLatin1Char(intPart[size_t(k)]));
+        QString u{QLatin1Char(intPart[size_t(k)])};
         const long right = len - 1 - k;
         if (sec.grouping && right > 0 && right % 3 == 0)
             u += group;

@@ -1,0 +1,56 @@
+// Any property bag loaded into a text field leaves it working: saving and loading again is stable.
+#include "controls/text/keltext.h"
+#include "library/librarysettings.h"
+#include "runtime/kelruntime8.h"
+
+#include <QApplication>
+#include <cstdint>
+#include <cstdlib>
+
+static const char *const names[] = {"Caption", "CaptionWidth", "Enabled", "InsertMode", "Locked", "Mandatory",
+                                    "MaxLength", "MultiLine", "PasswordChar", "SelectOnFocus", "Text", "caption", "Junk"};
+
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    new QApplication(*argc, *argv);
+    kel::adoptRuntime(std::make_shared<kel::KelRuntime8>());
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    kel::MemoryPropertyBag bag;
+    size_t i = 0;
+    while (i + 2 <= size) {
+        const char *name = names[data[i] % std::size(names)];
+        const int kind = data[i + 1] % 6;
+        const size_t len = i + 2 < size ? data[i + 2] % 40 : 0;
+        i += 3;
+        const QString text = QString::fromUtf8(reinterpret_cast<const char *>(data + qMin(i, size)), qsizetype(qMin(len, size - qMin(i, size))));
+        i += len;
+        kel::Variant v;
+        switch (kind) {
+        case 0: v = text; break;
+        case 1: v = bool(len & 1); break;
+        case 2: v = qint16(len * 997 - 20000); break;
+        case 3: v = double(len) * -1e5; break;
+        case 4: v = kel::Null; break;
+        default: break;
+        }
+        bag.set(QString::fromLatin1(name), v);
+    }
+    kel::KelText a;
+    a.ReadProperties(bag);
+    kel::MemoryPropertyBag saved;
+    a.WriteProperties(saved);
+    kel::KelText b;
+    b.ReadProperties(saved);
+    kel::MemoryPropertyBag again;
+    b.WriteProperties(again);
+    if (!(again.entries() == saved.entries()))
+        std::abort();
+    (void)b.Valid();
+    (void)b.Text();
+    return 0;
+}
