@@ -71,10 +71,30 @@ int keyAscii(const QKeyEvent *e)
     default: break;
     }
     const QString t = e->text();
+    if (t.size() == 2 && t[0].isHighSurrogate() && t[1].isLowSurrogate())
+        return int(QChar::surrogateToUcs4(t[0], t[1]));
     if (t.size() != 1 || t[0].isSurrogate() || t[0].unicode() == 127)
         return -1;
     return t[0].unicode();
 }
+
+void sendTabKey()
+{
+    if (QWidget *w = QApplication::focusWidget()) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+        QApplication::sendEvent(w, &press);
+    }
+}
+
+namespace {
+// The child that holds the focus as far as the form is concerned; one for the application,
+// as there is one keyboard focus.
+QPointer<Child> &logicalFocus()
+{
+    static QPointer<Child> c;
+    return c;
+}
+} // namespace
 
 Child::Child(QWidget *widget, UserControl *owner, const QString &objectName)
     : QObject(owner), m_widget(widget), m_owner(owner), m_back(0x80000005), m_fore(0x80000008)
@@ -86,6 +106,42 @@ Child::Child(QWidget *widget, UserControl *owner, const QString &objectName)
 }
 
 Child::~Child() = default;
+
+void Child::detach()
+{
+    if (m_widget)
+        m_widget->removeEventFilter(this);
+    if (logicalFocus() == this)
+        logicalFocus() = nullptr;
+    m_logicalFocus = false;
+}
+
+void Child::gainLogicalFocus(Qt::FocusReason reason)
+{
+    // Focus moved by code while the window was inactive: the old holder never saw a FocusOut.
+    if (Child *old = logicalFocus(); old && old != this)
+        old->loseLogicalFocus();
+    logicalFocus() = this;
+    m_logicalFocus = true;
+    m_focusReason = reason;
+    QPointer<Child> self(this);
+    m_owner->childFocusIn();
+    if (self)
+        emit GotFocus();
+}
+
+void Child::loseLogicalFocus()
+{
+    if (!m_logicalFocus)
+        return;
+    m_logicalFocus = false;
+    if (logicalFocus() == this)
+        logicalFocus() = nullptr;
+    QPointer<Child> self(this);
+    emit LostFocus();
+    if (self)
+        m_owner->childFocusOut();
+}
 
 void Child::Move(double left, double top, double width, double height)
 {
@@ -188,11 +244,12 @@ bool Child::arrivedByTab() const
 
 void Child::typeCharacter(int code, const QKeyEvent *original)
 {
-    const QChar c(code);
+    const char32_t ucs = char32_t(code);
+    const QString text = QString::fromUcs4(&ucs, 1);
     int key = original->key();
-    if (c.isLetterOrNumber() || c.isPunct() || c.isSymbol() || c == u' ')
-        key = c.toUpper().unicode();
-    QKeyEvent retyped(QEvent::KeyPress, key, original->modifiers() & ~Qt::ControlModifier, QString(c));
+    if (code < 0x10000 && (QChar(code).isLetterOrNumber() || QChar(code).isPunct() || QChar(code).isSymbol() || code == ' '))
+        key = QChar(code).toUpper().unicode();
+    QKeyEvent retyped(QEvent::KeyPress, key, original->modifiers() & ~Qt::ControlModifier, text);
     m_retyping = true;
     QApplication::sendEvent(m_widget, &retyped);
     m_retyping = false;
@@ -210,7 +267,7 @@ bool Child::handleKey(QKeyEvent *e)
         emit KeyDown(code, shift);
         if (code == 0 || !m_widget)
             return true;
-        if (eatsKey(code))
+        if (eatsKey(code, shift))
             return true;
     }
     int ascii = keyAscii(e);
@@ -239,26 +296,15 @@ bool Child::eventFilter(QObject *watched, QEvent *event)
         beforeWidgetFocusIn();
         static_cast<QObject *>(m_widget.data())->event(event);
         afterWidgetFocusIn(fe->reason());
-        if (m_logicalFocus)
-            return true; // the window came back: the field never lost the focus
-        m_logicalFocus = true;
-        m_focusReason = fe->reason();
-        QPointer<Child> self(this);
-        m_owner->childFocusIn();
-        if (self)
-            emit GotFocus();
+        if (!m_logicalFocus) // else the window came back: the field never lost the focus
+            gainLogicalFocus(fe->reason());
         return true;
     }
     case QEvent::FocusOut: {
         const auto *fe = static_cast<QFocusEvent *>(event);
         static_cast<QObject *>(m_widget.data())->event(event);
-        if (fe->reason() == Qt::ActiveWindowFocusReason || fe->reason() == Qt::PopupFocusReason || !m_logicalFocus)
-            return true;
-        m_logicalFocus = false;
-        QPointer<Child> self(this);
-        emit LostFocus();
-        if (self)
-            m_owner->childFocusOut();
+        if (fe->reason() != Qt::ActiveWindowFocusReason && fe->reason() != Qt::PopupFocusReason)
+            loseLogicalFocus();
         return true;
     }
     case QEvent::MouseButtonPress: {
@@ -273,7 +319,7 @@ bool Child::eventFilter(QObject *watched, QEvent *event)
     }
     case QEvent::MouseButtonRelease: {
         const auto *me = static_cast<QMouseEvent *>(event);
-        if (m_pressedInside && m_widget->rect().contains(me->position().toPoint())) {
+        if (m_pressedInside && me->button() == Qt::LeftButton && m_widget->rect().contains(me->position().toPoint())) {
             m_pressedInside = false;
             QPointer<Child> self(this);
             QPointer<QWidget> w(m_widget);

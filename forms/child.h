@@ -17,8 +17,11 @@ enum ShiftMask { ShiftKey = 1, CtrlKey = 2, AltKey = 4 };
 
 // Windows virtual-key code of a Qt key event (0 when it has none).
 int virtualKeyCode(const QKeyEvent *e);
-// The character code a key event types (control characters included), or -1 for none.
+// The character a key event types (control characters included, a whole code point for a
+// surrogate pair), or -1 for none.
 int keyAscii(const QKeyEvent *e);
+// Moves the focus on from the focus widget exactly as the user's Tab key does.
+void sendTabKey();
 
 class Child : public QObject
 {
@@ -62,6 +65,9 @@ public:
     virtual bool Locked() const { return false; }
     virtual void setLocked(bool) {}
 
+    // Stops raising events; the owner is going away.
+    void detach();
+
     // Whether the widget holds the focus as far as the form is concerned (kept while the
     // window is merely inactive).
     bool hasLogicalFocus() const { return m_logicalFocus; }
@@ -84,13 +90,15 @@ protected:
     virtual void beforeWidgetFocusIn() {}
     virtual void afterWidgetFocusIn(Qt::FocusReason) {}
     // A key no handler swallowed, before the widget sees it: true eats it.
-    virtual bool eatsKey(int /*keyCode*/) { return false; }
+    virtual bool eatsKey(int /*keyCode*/, int /*shift*/) { return false; }
     // Types `code` in place of the key the user pressed.
     virtual void typeCharacter(int code, const QKeyEvent *original);
     void applyColours();
 
 private:
     bool handleKey(QKeyEvent *e);
+    void gainLogicalFocus(Qt::FocusReason reason);
+    void loseLogicalFocus();
 
     QPointer<QWidget> m_widget;
     UserControl *m_owner;

@@ -1,6 +1,7 @@
 #include "forms/textbox.h"
 
 #include <QApplication>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMimeData>
@@ -15,9 +16,11 @@ namespace kel {
 
 namespace {
 
-// Lone line-break characters are kept in the document as private-use stand-ins.
-constexpr char16_t LoneCR = 0xE00D;
-constexpr char16_t LoneLF = 0xE00A;
+// Lone line-break characters, and a paragraph separator that is text, are kept in the document
+// as Unicode noncharacters (reserved for exactly such internal use).
+constexpr char16_t LoneCR = 0xFDEA; // (Qt itself uses U+FDD0 and U+FDD1 as frame markers)
+constexpr char16_t LoneLF = 0xFDEB;
+constexpr char16_t TextParagraph = 0xFDEC;
 constexpr char16_t Paragraph = 0x2029;
 
 QString toDocument(const QString &text)
@@ -33,6 +36,8 @@ QString toDocument(const QString &text)
             out += QChar(LoneCR);
         } else if (c == u'\n') {
             out += QChar(LoneLF);
+        } else if (c == QChar(Paragraph)) {
+            out += QChar(TextParagraph);
         } else {
             out += c;
         }
@@ -51,6 +56,8 @@ QString fromDocument(const QString &raw)
             out += u'\r';
         else if (c == QChar(LoneLF))
             out += u'\n';
+        else if (c == QChar(TextParagraph))
+            out += QChar(Paragraph);
         else
             out += c;
     }
@@ -150,12 +157,36 @@ protected:
     void keyPressEvent(QKeyEvent *e) override
     {
         const bool enter = e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter;
+        if (enter && !isReadOnly()) {
+            // With any modifier Enter starts a new line (Shift+Enter would insert U+2028).
+            if (room(2) == 2) {
+                QTextCursor c = textCursor();
+                c.insertBlock();
+                setTextCursor(c);
+                ensureCursorVisible();
+            }
+            e->accept();
+            return;
+        }
         const int adding = enter ? 2 : (e->text().isEmpty() || e->text()[0] < u' ' ? 0 : int(e->text().size()));
         if (adding && !isReadOnly() && room(adding) < adding) {
             e->accept();
             return;
         }
         QPlainTextEdit::keyPressEvent(e);
+    }
+
+    void inputMethodEvent(QInputMethodEvent *e) override
+    {
+        const QString commit = e->commitString();
+        const int allowed = isReadOnly() ? 0 : room(int(commit.size()));
+        if (allowed < commit.size()) {
+            QInputMethodEvent cut(e->preeditString(), e->attributes());
+            cut.setCommitString(commit.left(allowed), e->replacementStart(), e->replacementLength());
+            QPlainTextEdit::inputMethodEvent(&cut);
+            return;
+        }
+        QPlainTextEdit::inputMethodEvent(e);
     }
 
     void insertFromMimeData(const QMimeData *source) override
@@ -230,6 +261,7 @@ void TextBox::setText(const QString &text)
         m_settingByCode = true;
         m_line->setText(text);
         m_settingByCode = false;
+        m_line->setCursorPosition(0); // as a classic box leaves it after a text set, like the multi-line kind
         return;
     }
     if (text == Text())

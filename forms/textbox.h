@@ -39,7 +39,8 @@ public:
     void setPasswordChar(const QString &c);
 
 protected:
-    bool eatsKey(int keyCode) override { return keyCode == 45; }
+    // A plain Insert only toggles the typing mode; Shift+Insert and Ctrl+Insert still paste and copy.
+    bool eatsKey(int keyCode, int shift) override { return keyCode == 45 && shift == 0; }
     // A classic edit box keeps its selection when tabbed into; QLineEdit would select all.
     void beforeWidgetFocusIn() override { m_selBeforeFocus = {SelStart(), SelLength()}; }
     void afterWidgetFocusIn(Qt::FocusReason reason) override;

@@ -1,5 +1,6 @@
 #include "forms/usercontrol.h"
 
+#include "forms/child.h"
 #include "forms/qtservices.h"
 #include "forms/units.h"
 
@@ -23,7 +24,12 @@ UserControl::UserControl(QWidget *parent)
     m_heightTwips = height() * twipsPerPixelY();
 }
 
-UserControl::~UserControl() = default;
+UserControl::~UserControl()
+{
+    // QWidget's destructor still moves the focus; no handler of ours may run by then.
+    for (Child *c : findChildren<Child *>(Qt::FindDirectChildrenOnly))
+        c->detach();
+}
 
 void UserControl::InitProperties() { onInitProperties(); }
 void UserControl::ReadProperties(PropertyBag &bag) { onReadProperties(bag); }

@@ -1,5 +1,6 @@
 #include "runtime/kelruntime8.h"
 
+#include "forms/child.h"
 #include "platform/format.h"
 
 #include <QApplication>
@@ -40,11 +41,7 @@ void KelRuntime8::SendKey(int virtualKey)
 {
     if (virtualKey != 9)
         throw RuntimeError("SendKey: only the Tab key (9) is supported");
-    // A real Tab keystroke, so the form moves on exactly as for the user's Tab.
-    if (QWidget *w = QApplication::focusWidget()) {
-        QKeyEvent press(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
-        QApplication::sendEvent(w, &press);
-    }
+    sendTabKey(); // a real Tab keystroke, so the form moves on exactly as for the user's Tab
 }
 
 std::shared_ptr<IRuntimeDates> KelRuntime8::RuntimeDates()

@@ -59,10 +59,14 @@ void KelText::setMaxLength(qint16 length)
 void KelText::setMultiLine(bool multiLine)
 {
     const QString text = Text();
+    TextBox *old = activeBox();
     m_fieldIndex = multiLine ? 1 : 0;
     propertyChanged(QStringLiteral("MultiLine"));
-    Text1[0]->setVisible(!multiLine);
-    Text1[1]->setVisible(multiLine);
+    // The new box is shown and focused before the old one hides, so the focus stays here.
+    activeBox()->setVisible(true);
+    if (old != activeBox() && old->widget()->hasFocus())
+        activeBox()->widget()->setFocus(Qt::OtherFocusReason);
+    old->setVisible(old == activeBox());
     setFocusProxy(activeBox()->widget());
     setText(text);
     layout();
@@ -117,13 +121,18 @@ void KelText::keyPress(int box, int &keyAscii)
             keyAscii = 0;
             if (const auto &rt = librarySettings().Runtime)
                 rt->SendKey(9);
+            else
+                sendTabKey(); // a control created in code before any run-time object
         }
         return;
     default:
         if (b->Locked() || m_insertMode)
             return;
-        if (b->SelLength() == 0)
+        if (b->SelLength() == 0) {
             b->setSelLength(1);
+            if (b->SelText().front().isHighSurrogate())
+                b->setSelLength(2); // one character, not half of one
+        }
         // Overwriting never eats a line break.
         if (box == 1 && b->SelText().endsWith(u'\r'))
             b->setSelLength(b->SelLength() - 1);

@@ -251,6 +251,27 @@ private slots:
         QCOMPARE(log, (QStringList{u"got"_qs, u"inside:1"_qs, u"lost"_qs, u"inside:1"_qs, u"inside:0"_qs}));
     }
 
+    // Focus moved by code while the window is inactive still ends the old field's visit.
+    void focusMovedWhileInactive()
+    {
+        test::useRuntime();
+        Form f;
+        QVERIFY(f.ready());
+        QStringList log;
+        connect(f.first->Text1[0], &Child::LostFocus, this, [&] { log << u"first lost"_qs; });
+        connect(f.second->Text1[0], &Child::GotFocus, this, [&] { log << u"second got"_qs; });
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        field(f.second)->setFocus(Qt::OtherFocusReason);
+        f.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&f.window));
+        QCOMPARE(log, (QStringList{u"first lost"_qs, u"second got"_qs}));
+        QVERIFY(!f.first->focusInside());
+        QCOMPARE(f.first->Text1[0]->BackColor(), librarySettings().FieldBackNormal);
+    }
+
     void tooltips()
     {
         KelText t;

@@ -1,6 +1,7 @@
 #include "controls/text/keltext.h"
 #include "kelfixture.h"
 
+#include <QClipboard>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
@@ -133,6 +134,7 @@ private slots:
         QTest::newRow("caret inside a pair") << true << false << u"ab\r\ncd"_qs << 3 << u"abx\r\ncd"_qs;
         QTest::newRow("multi keeps break") << true << false << u"ab\r\ncd"_qs << 2 << u"abx\r\ncd"_qs;
         QTest::newRow("multi keeps lone cr") << true << false << u"a\rb"_qs << 1 << u"ax\rb"_qs;
+        QTest::newRow("whole surrogate pair") << false << false << u"a🙂b"_qs << 1 << u"axb"_qs;
     }
     void overwriteTyping()
     {
@@ -207,6 +209,7 @@ private slots:
         QTest::newRow("breaks kept raw") << true << u"one\r\ntwo\r\n\r\n"_qs;
         QTest::newRow("lone breaks") << true << u"a\rb\nc\r\n"_qs;
         QTest::newRow("trailing blanks") << false << u"  x  "_qs;
+        QTest::newRow("separator characters") << true << u"a\u2029b\u2028c\uFDEAd"_qs;
     }
     void saveLoadRoundTrip()
     {
@@ -269,6 +272,34 @@ private slots:
         QCOMPARE(names, (QStringList{u"CaptionWidth"_qs, u"Enabled"_qs, u"InsertMode"_qs, u"Locked"_qs,
                                      u"Mandatory"_qs, u"MaxLength"_qs, u"MultiLine"_qs, u"PasswordChar"_qs,
                                      u"SelectOnFocus"_qs}));
+    }
+
+    void keysLeftToTheBox()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        QApplication::clipboard()->setText(u"clip"_qs);
+        box(f.first, 0)->setFocus(Qt::MouseFocusReason);
+        QTest::keyClick(box(f.first, 0), Qt::Key_Insert, Qt::ShiftModifier);
+        QCOMPARE(f.first->TextRaw(), u"clip"_qs);
+        QVERIFY(!f.first->InsertMode()); // every Insert key-down toggles, Shift+Insert still pastes
+        f.first->setMultiLine(true);
+        QCOMPARE(QApplication::focusWidget(), box(f.first, 1)); // the switch keeps the focus here
+        f.first->Text1[1]->setSelStart(4);
+        QTest::keyClick(box(f.first, 1), Qt::Key_Return, Qt::ShiftModifier);
+        QCOMPARE(f.first->TextRaw(), u"clip\r\n"_qs);
+    }
+
+    void deletingAFocusedControl()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        box(f.first, 0)->setFocus(Qt::MouseFocusReason);
+        delete f.first;
+        box(f.second, 0)->setFocus(Qt::MouseFocusReason);
+        f.second->deleteLater();
+        QTest::qWait(1);
+        QVERIFY(f.window.findChildren<KelText *>().isEmpty());
     }
 
     void changeAndClickEvents()
