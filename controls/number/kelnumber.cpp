@@ -1,0 +1,442 @@
+#include "controls/number/kelnumber.h"
+
+#include "common/baskelcontrols.h"
+#include "platform/format.h"
+#include "platform/services.h"
+#include "runtime/kelruntime8.h"
+
+#include <utility>
+
+namespace kel {
+
+namespace {
+
+constexpr quint32 Red = 0x0000FF;
+constexpr quint32 Black = 0x000000;
+
+IKelRuntime &runtime()
+{
+    if (!librarySettings().Runtime)
+        InitControls();
+    return *librarySettings().Runtime;
+}
+
+// Formatting follows the run-time object's region, so that what is shown parses back.
+QLocale runtimeLocale()
+{
+    if (const auto rt = std::dynamic_pointer_cast<KelRuntime8>(librarySettings().Runtime))
+        return rt->locale();
+    return QLocale();
+}
+
+QChar regionalDecimalChar()
+{
+    if (const qint16 code = librarySettings().DecimalSeparatorCode)
+        return QChar(char16_t(code));
+    const QString dec = runtimeLocale().decimalPoint();
+    return dec.isEmpty() ? QChar(u'.') : dec[0];
+}
+
+// Read in this order so that Decimals rounds what follows and MaxValue cannot drag MinValue
+// after MinValue is read.
+const std::vector<Persisted> &readOrder()
+{
+    static const std::vector<Persisted> table = {
+        {QStringLiteral("Decimals"), qint16(-1), qint16(-1)},
+        {QStringLiteral("Caption"), QString(), QString()},
+        {QStringLiteral("CaptionWidth"), qint16(0), qint16(0)},
+        {QStringLiteral("Enabled"), true, true},
+        {QStringLiteral("InsertMode"), false, false},
+        {QStringLiteral("FontBold"), false, false},
+        {QStringLiteral("GroupDigits"), true, true},
+        {QStringLiteral("Locked"), false, false},
+        {QStringLiteral("Mandatory"), true, true},
+        {QStringLiteral("MaxValue"), 0.0, 0.0},
+        {QStringLiteral("MinValue"), 0.0, 0.0},
+        {QStringLiteral("SelectOnFocus"), false, false},
+        {QStringLiteral("UpDown"), false, false},
+        {QStringLiteral("UpDownChange"), 1.0, 1.0},
+        // Written against an empty text, so a value is always stored.
+        {QStringLiteral("Value"), 0.0, QString()},
+    };
+    return table;
+}
+
+const std::vector<Persisted> &writeOrder()
+{
+    static const std::vector<Persisted> table = [] {
+        std::vector<Persisted> t;
+        for (const char16_t *name : {u"Caption", u"CaptionWidth", u"Decimals", u"Enabled", u"FontBold", u"GroupDigits",
+                                     u"InsertMode", u"Locked", u"Mandatory", u"MaxValue", u"MinValue", u"SelectOnFocus",
+                                     u"UpDown", u"UpDownChange", u"Value"}) {
+            for (const Persisted &p : readOrder())
+                if (p.name == QStringView(name))
+                    t.push_back(p);
+        }
+        return t;
+    }();
+    return table;
+}
+
+} // namespace
+
+KelNumber::KelNumber(QWidget *parent)
+    : FieldControl(parent),
+      Text1(new TextBox(TextBox::Kind::SingleLine, this, QStringLiteral("Text1"))),
+      UpDown1(new kel::UpDown(this, QStringLiteral("UpDown1")))
+{
+    m_insertMode = false;
+    m_decimalsInUse = librarySettings().DefaultDecimals;
+    m_decimalChar = regionalDecimalChar();
+    UpDown1->setVisible(false);
+    showText(QStringLiteral("0"));
+
+    // Any edit the field did not make itself (typing, a paste or drop, an input method) leaves
+    // the text to be read before Value is trusted.
+    connect(Text1, &Child::Change, this, [this] {
+        if (!m_writingText)
+            m_textDirty = true;
+    });
+    connect(Text1, &Child::KeyDown, this, [this](int &code, int) { keyDown(code); });
+    connect(Text1, &Child::KeyPress, this, &KelNumber::keyPress);
+    connect(Text1, &Child::GotFocus, this, &KelNumber::gotFocus);
+    connect(Text1, &Child::MouseDown, this, [this] { m_textDirty = true; });
+    connect(UpDown1, &Child::Change, this, &KelNumber::spinnerChanged);
+    setFocusProxy(Text1->widget());
+}
+
+bool KelNumber::ChangedCaption(QString &CaptionToSave) const
+{
+    CaptionToSave = Label1->Caption() != Label1->Tag ? Label1->Caption() : QString();
+    return Label1->DataChanged;
+}
+
+void KelNumber::setDecimals(qint16 decimals)
+{
+    if (decimals < -1 || decimals > 16)
+        return;
+    m_decimals = decimals;
+    propertyChanged(QStringLiteral("Decimals"));
+    m_decimalsInUse = decimals == -1 ? librarySettings().DefaultDecimals : decimals;
+    m_decimalChar = regionalDecimalChar();
+    setValue(m_value);
+}
+
+void KelNumber::setFontBold(bool bold)
+{
+    setFontBoldAll(bold);
+    propertyChanged(QStringLiteral("FontBold"));
+}
+
+void KelNumber::setGroupDigits(bool group)
+{
+    m_groupDigits = group;
+    propertyChanged(QStringLiteral("GroupDigits"));
+}
+
+void KelNumber::setMaxValue(double value)
+{
+    m_maxValue = runtime().RuntimeDates()->RoundNumber(value, m_decimalsInUse);
+    propertyChanged(QStringLiteral("MaxValue"));
+    if (m_minValue > m_maxValue)
+        m_minValue = m_maxValue;
+}
+
+void KelNumber::setMinValue(double value)
+{
+    m_minValue = runtime().RuntimeDates()->RoundNumber(value, m_decimalsInUse);
+    propertyChanged(QStringLiteral("MinValue"));
+    if (!(m_maxValue >= m_minValue))
+        m_maxValue = m_minValue;
+}
+
+void KelNumber::setUpDown(bool upDown)
+{
+    m_upDown = upDown;
+    propertyChanged(QStringLiteral("UpDown"));
+    UpDown1->setVisible(upDown);
+    layout();
+}
+
+void KelNumber::setUpDownChange(double step)
+{
+    m_upDownChange = step;
+    propertyChanged(QStringLiteral("UpDownChange"));
+}
+
+void KelNumber::setValue(const Variant &value)
+{
+    if (!value.isNumeric())
+        return;
+    m_value = runtime().RuntimeDates()->NumberFromValue(value, m_decimalsInUse);
+    m_valueOriginal = m_value;
+    showText(displayText(m_value, m_groupDigits));
+    showSignColour();
+    m_textDirty = false;
+}
+
+bool KelNumber::Valid(bool ShowMessage)
+{
+    if (Text1->Locked())
+        return true;
+    // What the user sees, not yet clamped.
+    const double v = m_textDirty ? parseField() : m_value;
+    QString message;
+    if (m_mandatory && v == 0)
+        message = QStringLiteral("Please enter a non-zero value in this field.");
+    else if (v >= m_minValue && v <= m_maxValue)
+        return true;
+    else
+        message = QStringLiteral("This field only accepts values from ") + displayText(m_minValue, true)
+                + QStringLiteral(" to ") + displayText(m_maxValue, m_groupDigits) + u'.';
+    if (ShowMessage) {
+        services().MsgBox(message, 64, QStringLiteral("Invalid Value"));
+        Text1->SetFocus();
+    }
+    return false;
+}
+
+double KelNumber::currentValue()
+{
+    if (m_textDirty)
+        commitText();
+    return m_value;
+}
+
+QString KelNumber::displayText(double v, bool group) const
+{
+    return FormatNumberRegional(v, m_decimalsInUse, true, true, group, runtimeLocale());
+}
+
+QString KelNumber::editText(double v) const
+{
+    QString pattern(15, u'#');
+    if (m_decimalsInUse > 0)
+        pattern += u'.' + QString(m_decimalsInUse, u'#');
+    QString text = FormatNumber(v, pattern, runtimeLocale());
+    if (m_decimalsInUse > 0 && text.endsWith(m_decimalChar))
+        text.chop(1);
+    return text;
+}
+
+double KelNumber::parseField() const
+{
+    return runtime().RuntimeDates()->NumberFromValue(Text1->Text(), m_decimalsInUse);
+}
+
+double KelNumber::clamped(double v) const
+{
+    if (v < m_minValue)
+        return m_minValue;
+    if (!(v <= m_maxValue))
+        return m_maxValue;
+    return v;
+}
+
+void KelNumber::showText(const QString &text)
+{
+    // An unchanged text keeps the caret where the user left it.
+    if (Text1->Text() == text)
+        return;
+    const bool outer = std::exchange(m_writingText, true);
+    Text1->setText(text);
+    m_writingText = outer;
+}
+
+void KelNumber::commitText()
+{
+    m_textDirty = false;
+    if (Text1->Locked())
+        return;
+    m_value = clamped(parseField());
+    showText(displayText(m_value, m_groupDigits));
+}
+
+void KelNumber::stepValue(double delta)
+{
+    // A locked field would show the stepped text over a value that cannot change.
+    if (Text1->Locked())
+        return;
+    // Commit, step through the general form, commit again; only the last text is ever seen,
+    // so the box is written once.
+    m_textDirty = false;
+    const std::shared_ptr<IRuntimeDates> dates = runtime().RuntimeDates();
+    const double from = clamped(parseField());
+    const double stepped = dates->RoundNumber(from + delta, m_decimalsInUse);
+    m_value = clamped(dates->NumberFromValue(GeneralNumber(stepped, runtimeLocale()), m_decimalsInUse));
+    showText(displayText(m_value, m_groupDigits));
+    if (m_value != m_valueOriginal) {
+        emit Change();
+        m_valueOriginal = m_value;
+    }
+}
+
+void KelNumber::showSignColour()
+{
+    Text1->setForeColor(m_value < 0 ? Red : Black);
+}
+
+void KelNumber::keyDown(int &keyCode)
+{
+    m_keypadDecimal = keyCode == 110;
+    switch (keyCode) {
+    case 38: case 40:
+        if (m_upDown) {
+            stepValue(keyCode == 38 ? m_upDownChange : -m_upDownChange);
+            keyCode = 0; // the step is the key's whole effect; no scrolling of a parent
+        }
+        break;
+    case 45:
+        m_insertMode = !m_insertMode;
+        break;
+    default:
+        m_textDirty = true;
+    }
+}
+
+void KelNumber::keyPress(int &keyAscii)
+{
+    TextBox *box = Text1;
+    const bool keypadDecimal = std::exchange(m_keypadDecimal, false);
+    if (keyAscii == 8 || keyAscii == 27)
+        return;
+    if (keyAscii == 13) {
+        keyAscii = 0;
+        runtime().SendKey(9);
+        return;
+    }
+    if (keyAscii < 32)
+        return;
+
+    if (keyAscii == u'-') {
+        if (box->Locked())
+            return;
+        if (!box->Text().startsWith(u'-'))
+            box->setText(u'-' + box->Text());
+        box->setSelStart(1);
+        box->setSelLength(int(box->Text().size()) - 1);
+        keyAscii = 0;
+        return;
+    }
+
+    // The keypad's separator key types the regional one, whatever its label.
+    if (keyAscii == m_decimalChar.unicode() || (keypadDecimal && (keyAscii == u'.' || keyAscii == u','))) {
+        if (box->Locked())
+            return;
+        keyAscii = 0;
+        if (m_decimalsInUse <= 0)
+            return;
+        const QString dec(m_decimalChar);
+        const int p = int(box->Text().indexOf(m_decimalChar)) + 1;
+        if (p > 0) {
+            // The separator moves to the caret; the digits it passes over go.
+            int end = p;
+            if (p <= box->SelStart()) {
+                end = box->SelStart();
+                box->setSelStart(p - 1);
+            }
+            box->setSelLength(end - box->SelStart());
+        } else if (!m_insertMode) {
+            box->setSelLength(1);
+        }
+        box->setSelText(dec);
+        // The decimals after it are ready to be typed over.
+        box->setSelLength(int(box->Text().size()) + 1 - box->SelStart());
+        return;
+    }
+
+    if (keyAscii >= u'0' && keyAscii <= u'9') {
+        if (!box->Locked() && !m_insertMode && box->SelLength() == 0)
+            box->setSelLength(1);
+        return;
+    }
+
+    keyAscii = 0;
+    services().Beep();
+}
+
+void KelNumber::gotFocus()
+{
+    const bool locked = Text1->Locked();
+    if (!locked) {
+        if (m_spinFocus)
+            m_spinFocus = false; // the spinner keeps the display form
+        else
+            showText(editText(currentValue()));
+        Text1->setSelStart(0);
+        if (m_selectOnFocus)
+            Text1->setSelLength(int(Text1->Text().size()));
+    }
+    colourFocused();
+    if (!locked && !(m_value >= m_minValue && m_value <= m_maxValue))
+        m_textDirty = true;
+}
+
+void KelNumber::spinnerChanged()
+{
+    m_spinFocus = true;
+    Text1->SetFocus();
+    switch (UpDown1->Value()) {
+    case 0: stepValue(-m_upDownChange); break;
+    case 2: stepValue(m_upDownChange); break;
+    default: return;
+    }
+    UpDown1->setValue(1);
+}
+
+FieldControl::LayoutRules KelNumber::layoutRules() const
+{
+    LayoutRules r;
+    r.height = HeightRule::Exactly300;
+    r.width = WidthRule::StripMinimum;
+    r.strip = m_upDown ? 240 : 0;
+    r.captionWithinWidth = true;
+    r.captionTakesFieldFont = true;
+    return r;
+}
+
+void KelNumber::layoutStrip(double left, double width)
+{
+    UpDown1->Move(left, 0, width, ScaleHeight());
+}
+
+void KelNumber::onInitProperties()
+{
+    if (!librarySettings().Runtime)
+        InitControls();
+    m_decimals = -1;
+    m_decimalsInUse = librarySettings().DefaultDecimals;
+    m_decimalChar = regionalDecimalChar();
+    Label1->setCaption(objectName());
+    m_groupDigits = true;
+    m_insertMode = false;
+    m_mandatory = true;
+    m_selectOnFocus = false;
+    m_upDown = false;
+    UpDown1->setVisible(false);
+    m_minValue = -9999999999.0;
+    m_maxValue = 9999999999.0;
+    m_upDownChange = 1;
+    m_value = m_valueOriginal = 0;
+    showText(QStringLiteral("0"));
+    m_textDirty = false;
+}
+
+void KelNumber::onReadProperties(PropertyBag &bag) { readPersisted(bag, readOrder()); }
+void KelNumber::onWriteProperties(PropertyBag &bag) { writePersisted(bag, writeOrder()); }
+
+void KelNumber::onEnterFocus()
+{
+    m_valueOriginal = currentValue();
+    Text1->setForeColor(Black);
+}
+
+void KelNumber::onExitFocus()
+{
+    commitText();
+    showSignColour();
+    colourExited();
+    m_spinFocus = false;
+}
+
+} // namespace kel
