@@ -100,6 +100,7 @@ void FieldControl::layout()
             Label1->setWidth(ScaleWidth() - rules.strip);
     }
     Label1->setHeight(rules.fullHeightCaption ? ScaleHeight() : 195);
+    Label1->setBuddy(activeField());
     const double fieldWidth = ScaleWidth() - Label1->Width() - rules.strip;
     activeField()->Move(Label1->Width(), 0, fieldWidth, ScaleHeight());
     if (rules.strip > 0)

@@ -291,7 +291,8 @@ QString formatSection(const NumSection &sec, double absValue, bool withSign, con
 
     QString out;
     if (withSign && sec.numeric())
-        out += locale.negativeSign();
+        out += u'-'; // some locales' sign is U+2212; the classic text always reads back with '-'
+
     // Digits are right-aligned on the integer placeholders; the first takes the overflow.
     const long excess = len - sec.intCount;
     int intIndex = 0, fracIndex = 0;
@@ -762,7 +763,7 @@ QString FormatNumberRegional(double v, int digitsAfterDecimal, bool includeLeadi
     if (digits > 0)
         text += locale.decimalPoint() + latin(frac);
     if (v < 0 && !d.zero())
-        text = parensForNegative ? u'(' + text + u')' : locale.negativeSign() + text;
+        text = parensForNegative ? u'(' + text + u')' : u'-' + text;
     return text;
 }
 

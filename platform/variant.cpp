@@ -43,17 +43,29 @@ bool parseClassicNumber(const QString &text, QChar dec, QChar grp, double *out)
     if (parseRadix(s, out))
         return true;
 
-    bool negative = false;
-    if (s.front() == u'(' && s.back() == u')') {
-        negative = true;
-        s = s.mid(1, s.size() - 2);
-    }
-    if (!s.isEmpty() && (s.front() == u'-' || s.front() == u'+')) {
-        negative = negative != (s.front() == u'-');
-        s = s.mid(1);
-    } else if (!s.isEmpty() && (s.back() == u'-' || s.back() == u'+')) {
-        negative = negative != (s.back() == u'-');
-        s.chop(1);
+    // One sign before or after, and parentheses, in either nesting ("-(5)", "(-5)", "(5)-"):
+    // any of them makes the number negative; a sign already present is never toggled off.
+    const auto isMinus = [](QChar c) { return c == u'-' || c == QChar(0x2212); };
+    const auto isSign = [&](QChar c) { return isMinus(c) || c == u'+'; };
+    bool negative = false, signed_ = false;
+    for (int pass = 0; pass < 2 && !s.isEmpty(); ++pass) {
+        if (!signed_ && isSign(s.front())) {
+            negative = negative || isMinus(s.front());
+            signed_ = true;
+            s = s.mid(1);
+        } else if (!signed_ && isSign(s.back())) {
+            negative = negative || isMinus(s.back());
+            signed_ = true;
+            s.chop(1);
+        }
+        while (!s.isEmpty() && isBlank(s.front()))
+            s = s.mid(1);
+        while (!s.isEmpty() && isBlank(s.back()))
+            s.chop(1);
+        if (s.size() >= 2 && s.front() == u'(' && s.back() == u')') {
+            negative = true;
+            s = s.mid(1, s.size() - 2);
+        }
     }
     while (!s.isEmpty() && isBlank(s.front()))
         s = s.mid(1);
@@ -85,8 +97,10 @@ bool parseClassicNumber(const QString &text, QChar dec, QChar grp, double *out)
     if (!digits)
         return false;
     bool ok = false;
-    const double v = plain.toDouble(&ok);
-    if (!ok || !std::isfinite(v))
+    double v = plain.toDouble(&ok);
+    if (!ok && std::isinf(v))
+        v = std::numeric_limits<double>::max(); // overflow: the largest number, for clamping to bounds
+    else if (!ok || !std::isfinite(v))
         return false;
     *out = negative ? -v : v;
     return true;
@@ -102,8 +116,10 @@ static bool stringToDouble(const QString &s, double *out)
 bool Variant::isNumeric() const
 {
     switch (type()) {
-    case Type::Empty: case Type::Boolean: case Type::Integer: case Type::Long: case Type::Double:
+    case Type::Empty: case Type::Boolean: case Type::Integer: case Type::Long:
         return true;
+    case Type::Double:
+        return std::isfinite(*get<double>()); // NaN and infinities are no value a field can hold
     case Type::String: {
         double d;
         return stringToDouble(*get<QString>(), &d);

@@ -4,6 +4,7 @@
 #include "platform/format.h"
 
 #include <QApplication>
+#include <cmath>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QWidget>
@@ -118,7 +119,16 @@ double KelRuntimeDates::NumberFromValue(const Variant &value, qint16 decimals)
 
 double KelRuntimeDates::RoundNumber(double number, qint16 decimals)
 {
-    return RoundDecimal(number, qBound<int>(0, decimals, 16), RoundMode::HalfAwayFromZero);
+    if (!std::isfinite(number))
+        return 0;
+    int places = qBound<int>(0, decimals, 16);
+    // Never keep more than the 15 significant digits the forms can show, so the stored value is
+    // the shown one.
+    if (number != 0) {
+        const int magnitude = int(std::floor(std::log10(std::fabs(number)))) + 1;
+        places = qMax(0, qMin(places, 15 - magnitude));
+    }
+    return RoundDecimal(number, places, RoundMode::HalfAwayFromZero);
 }
 
 } // namespace kel

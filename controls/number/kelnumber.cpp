@@ -5,6 +5,7 @@
 #include "platform/services.h"
 #include "runtime/kelruntime8.h"
 
+#include <cmath>
 #include <utility>
 
 namespace kel {
@@ -86,6 +87,7 @@ KelNumber::KelNumber(QWidget *parent)
       UpDown1(new kel::UpDown(this, QStringLiteral("UpDown1")))
 {
     m_insertMode = false;
+    runtime(); // the regional default decimals come from it
     m_decimalsInUse = librarySettings().DefaultDecimals;
     m_decimalChar = regionalDecimalChar();
     UpDown1->setVisible(false);
@@ -115,6 +117,7 @@ void KelNumber::setDecimals(qint16 decimals)
 {
     if (decimals < -1 || decimals > 16)
         return;
+    runtime(); // the regional default comes from it
     m_decimals = decimals;
     propertyChanged(QStringLiteral("Decimals"));
     m_decimalsInUse = decimals == -1 ? librarySettings().DefaultDecimals : decimals;
@@ -136,6 +139,8 @@ void KelNumber::setGroupDigits(bool group)
 
 void KelNumber::setMaxValue(double value)
 {
+    if (!std::isfinite(value))
+        return;
     m_maxValue = runtime().RuntimeDates()->RoundNumber(value, m_decimalsInUse);
     propertyChanged(QStringLiteral("MaxValue"));
     if (m_minValue > m_maxValue)
@@ -144,6 +149,8 @@ void KelNumber::setMaxValue(double value)
 
 void KelNumber::setMinValue(double value)
 {
+    if (!std::isfinite(value))
+        return;
     m_minValue = runtime().RuntimeDates()->RoundNumber(value, m_decimalsInUse);
     propertyChanged(QStringLiteral("MinValue"));
     if (!(m_maxValue >= m_minValue))
@@ -160,6 +167,8 @@ void KelNumber::setUpDown(bool upDown)
 
 void KelNumber::setUpDownChange(double step)
 {
+    if (!std::isfinite(step))
+        return;
     m_upDownChange = step;
     propertyChanged(QStringLiteral("UpDownChange"));
 }

@@ -4,6 +4,7 @@
 
 #include <QTest>
 #include <cmath>
+#include <limits>
 
 using namespace kel;
 
@@ -32,7 +33,9 @@ private slots:
         QTest::newRow("2.67499") << 2.67499 << 2 << 2.67;
         QTest::newRow("0.4999999999999999 to 0") << 0.4999999999999999 << 0 << 0.0;
         QTest::newRow("bound plus half a cent") << 9999999999.995 << 2 << 10000000000.0;
-        QTest::newRow("sixteen places kept") << 0.1234567890123456 << 16 << 0.1234567890123456;
+        // No more digits than the forms show (15 significant), so stored equals shown.
+        QTest::newRow("sixteen places, fifteen digits") << 0.1234567890123456 << 16 << 0.123456789012346;
+        QTest::newRow("ten integer digits, six places") << 1234567890.123456 << 6 << 1234567890.12346;
         QTest::newRow("negative to zero") << -0.004 << 2 << 0.0;
     }
     void roundNumber()
@@ -55,6 +58,9 @@ private slots:
         QTest::addColumn<double>("expected");
         QTest::newRow("display form") << us << u"1,234.50"_qs << 2 << 1234.5;
         QTest::newRow("parentheses") << us << u"(1,234.50)"_qs << 2 << -1234.5;
+        QTest::newRow("minus before parentheses") << us << u"-(1,234.50)"_qs << 2 << -1234.5;
+        QTest::newRow("unicode minus") << QLocale(QLocale::Swedish, QLocale::Sweden) << u"\u22121234,5"_qs << 2 << -1234.5;
+        QTest::newRow("overflow is the largest") << us << u"1e400"_qs << 0 << std::numeric_limits<double>::max();
         QTest::newRow("editing form") << us << u"-1234.5"_qs << 2 << -1234.5;
         QTest::newRow("no leading zero") << us << u".5"_qs << 2 << 0.5;
         QTest::newRow("blanks") << us << u"  42  "_qs << 0 << 42.0;
@@ -92,6 +98,7 @@ private slots:
         QTest::addColumn<QLocale>("locale");
         QTest::newRow("en-US") << us;
         QTest::newRow("de-DE") << de;
+        QTest::newRow("sv-SE (U+2212 minus)") << QLocale(QLocale::Swedish, QLocale::Sweden);
     }
     void formsReadBack()
     {
@@ -103,7 +110,7 @@ private slots:
             const int frac = std::min<int>(d, 5);
             const double widest = (u"9999999999."_qs + QString(frac, u'9')).toDouble();
             const double seeds[] = {0, 0.5, -0.5, 1234.5678, -98765.4321, 0.001, std::pow(10.0, -d),
-                                    9999999999, -9999999999, widest, -widest};
+                                    9999999999, -9999999999, widest, -widest, 1234567890.123456, -0.1234567890123456};
             QString pattern(15, u'#');
             if (d > 0)
                 pattern += u'.' + QString(d, u'#');
