@@ -18,19 +18,14 @@ private slots:
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("numeric");
         QTest::addColumn<double>("value");
-        QTest::newRow("int") << u"42"_qs << true << 42.0;
-        QTest::newRow("blanks") << u"  -3.5 "_qs << true << -3.5;
-        QTest::newRow("grouped") << u"1,234.5"_qs << true << 1234.5;
-        QTest::newRow("parens") << u"(12.00)"_qs << true << -12.0;
-        QTest::newRow("trailing minus") << u"7-"_qs << true << -7.0;
-        QTest::newRow("exponent") << u"1.5E3"_qs << true << 1500.0;
-        QTest::newRow("hex") << u"&HFF"_qs << true << 255.0;
-        QTest::newRow("hex integer wraps") << u"&HFFFF"_qs << true << -1.0;
-        QTest::newRow("letters") << u"12abc"_qs << false << 0.0;
-        QTest::newRow("two points") << u"1.2.3"_qs << false << 0.0;
-        QTest::newRow("empty text") << QString() << false << 0.0;
-        QTest::newRow("sign only") << u"-"_qs << false << 0.0;
-        QTest::newRow("dangling exponent") << u"1E"_qs << false << 0.0;
+        const auto row = [](const char *name, const char16_t *t, bool numeric, double v) {
+            QTest::newRow(name) << QString::fromUtf16(t) << numeric << v;
+        };
+        row("int", u"42", true, 42);  row("blanks", u"  -3.5 ", true, -3.5);  row("grouped", u"1,234.5", true, 1234.5);
+        row("parens", u"(12.00)", true, -12);  row("trailing minus", u"7-", true, -7);  row("exponent", u"1.5E3", true, 1500);
+        row("hex", u"&HFF", true, 255);  row("hex integer wraps", u"&HFFFF", true, -1);
+        row("letters", u"12abc", false, 0);  row("two points", u"1.2.3", false, 0);  row("empty text", u"", false, 0);
+        row("sign only", u"-", false, 0);  row("dangling exponent", u"1E", false, 0);
     }
     void numericText()
     {
@@ -56,7 +51,7 @@ private slots:
         bool ok = true;
         Variant(40000.0).toInt16(&ok);
         QVERIFY(!ok);
-        QCOMPARE(Variant(2.5).toInt16(), qint16(2));   // integer conversion rounds half to even
+        QCOMPARE(Variant(2.5).toInt16(), qint16(2)); // integer conversion rounds half to even
         QCOMPARE(Variant(3.5).toInt16(), qint16(4));
     }
 
