@@ -155,21 +155,6 @@ private slots:
         QCOMPARE(f.first->TextRaw(), expected);
     }
 
-    void insertKeyTogglesSilently()
-    {
-        Form f;
-        QVERIFY(f.ready());
-        QSignalSpy changed(f.first, &UserControl::PropertyChanged);
-        box(f.first, 0)->setFocus(Qt::MouseFocusReason);
-        QTest::keyClick(box(f.first, 0), Qt::Key_Insert);
-        QVERIFY(!f.first->InsertMode());
-        f.first->setLocked(true);
-        changed.clear();
-        QTest::keyClick(box(f.first, 0), Qt::Key_Insert);
-        QVERIFY(f.first->InsertMode());
-        QCOMPARE(changed.count(), 0);
-    }
-
     void passwordChar()
     {
         KelText t;
@@ -216,17 +201,9 @@ private slots:
         QFETCH(bool, multi);
         QFETCH(QString, text);
         KelText a;
-        a.setCaption(u"Caption, \"quoted\" é"_qs);
-        a.setCaptionWidth(1234);
-        a.setEnabled(false);
-        a.setInsertMode(false);
-        a.setLocked(true);
-        a.setMandatory(false);
-        a.setMaxLength(77);
-        a.setMultiLine(multi);
-        a.setPasswordChar(u"*"_qs);
-        a.setSelectOnFocus(true);
-        a.setText(text);
+        a.setCaption(u"Caption, \"quoted\" é"_qs); a.setCaptionWidth(1234); a.setEnabled(false);
+        a.setInsertMode(false); a.setLocked(true); a.setMandatory(false); a.setMaxLength(77);
+        a.setMultiLine(multi); a.setPasswordChar(u"*"_qs); a.setSelectOnFocus(true); a.setText(text);
         MemoryPropertyBag bag;
         a.WriteProperties(bag);
         QCOMPARE(bag.entries().size(), multi ? 11 : 10); // MultiLine False is the default
@@ -240,16 +217,6 @@ private slots:
         MemoryPropertyBag again;
         b.WriteProperties(again);
         QCOMPARE(again.entries(), bag.entries());
-    }
-
-    void defaultsAreNotStored()
-    {
-        KelText t;
-        t.InitProperties();
-        t.setCaptionWidth(0);
-        MemoryPropertyBag bag;
-        t.WriteProperties(bag);
-        QCOMPARE(bag.entries().size(), 0);
     }
 
     void loadReportsThroughSetters()
@@ -272,17 +239,30 @@ private slots:
         QCOMPARE(names, (QStringList{u"CaptionWidth"_qs, u"Enabled"_qs, u"InsertMode"_qs, u"Locked"_qs,
                                      u"Mandatory"_qs, u"MaxLength"_qs, u"MultiLine"_qs, u"PasswordChar"_qs,
                                      u"SelectOnFocus"_qs}));
+        // A new control's values are all defaults: saving it stores nothing.
+        KelText fresh;
+        fresh.InitProperties();
+        fresh.setCaptionWidth(0);
+        MemoryPropertyBag empty;
+        fresh.WriteProperties(empty);
+        QCOMPARE(empty.entries().size(), 0);
     }
 
-    void keysLeftToTheBox()
+    void insertAndEnterKeys()
     {
         Form f;
         QVERIFY(f.ready());
+        QSignalSpy changed(f.first, &UserControl::PropertyChanged);
         QApplication::clipboard()->setText(u"clip"_qs);
         box(f.first, 0)->setFocus(Qt::MouseFocusReason);
         QTest::keyClick(box(f.first, 0), Qt::Key_Insert, Qt::ShiftModifier);
         QCOMPARE(f.first->TextRaw(), u"clip"_qs);
         QVERIFY(!f.first->InsertMode()); // every Insert key-down toggles, Shift+Insert still pastes
+        f.first->Text1[0]->setLocked(true);
+        QTest::keyClick(box(f.first, 0), Qt::Key_Insert); // locked or not, silently
+        QVERIFY(f.first->InsertMode());
+        QCOMPARE(changed.count(), 0);
+        f.first->Text1[0]->setLocked(false);
         f.first->setMultiLine(true);
         QCOMPARE(QApplication::focusWidget(), box(f.first, 1)); // the switch keeps the focus here
         f.first->Text1[1]->setSelStart(4);
