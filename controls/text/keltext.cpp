@@ -130,7 +130,8 @@ void KelText::keyPress(int box, int &keyAscii)
             return;
         if (b->SelLength() == 0) {
             b->setSelLength(1);
-            if (b->SelText().front().isHighSurrogate())
+            const QString one = b->SelText();
+            if (!one.isEmpty() && one.front().isHighSurrogate())
                 b->setSelLength(2); // one character, not half of one
         }
         // Overwriting never eats a line break.
