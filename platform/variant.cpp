@@ -216,6 +216,24 @@ std::shared_ptr<QObject> Variant::toObject() const
     return o ? *o : nullptr;
 }
 
+bool differs(const Variant &a, const Variant &b)
+{
+    using T = Variant::Type;
+    if (a.isNull() || b.isNull())
+        return false;
+    if (a.type() == T::Object || b.type() == T::Object)
+        return a.toObject() != b.toObject();
+    const bool aText = a.isString(), bText = b.isString();
+    if (aText || bText) {
+        if (aText && bText)
+            return *a.get<QString>() != *b.get<QString>();
+        const Variant &other = aText ? b : a;
+        const QString &text = *(aText ? a : b).get<QString>();
+        return other.isEmpty() ? !text.isEmpty() : true;
+    }
+    return a.toDouble() != b.toDouble();
+}
+
 QString Variant::typeName() const
 {
     static const char *const names[] = {"Empty", "Null", "Boolean", "Integer", "Long", "Double", "Date", "String", "Object"};

@@ -69,6 +69,11 @@ private:
     std::variant<EmptyT, NullT, bool, qint16, qint32, double, Date, QString, std::shared_ptr<QObject>> m_v;
 };
 
+// The classic a <> b between variants. A comparison involving Null is Null, which counts as not
+// different; Empty is 0 against a number and "" against text; numbers, Booleans and dates compare
+// by value; text compares exactly; a number never equals text.
+bool differs(const Variant &a, const Variant &b);
+
 // Reads text as a number the way the classic numeric test does: blanks around, a sign before or
 // after, parentheses for negatives, digits with group separators, one decimal separator,
 // an exponent, or &H / &O radix prefixes. Uses the given separators.

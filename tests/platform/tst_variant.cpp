@@ -55,6 +55,31 @@ private slots:
         QCOMPARE(Variant(3.5).toInt16(), qint16(4));
     }
 
+    void classicDiffers_data()
+    {
+        QTest::addColumn<Variant>("a");
+        QTest::addColumn<Variant>("b");
+        QTest::addColumn<bool>("differs");
+        QTest::newRow("null vs value") << Variant(Null) << Variant(2.0) << false;
+        QTest::newRow("value vs null") << Variant(Date{45000}) << Variant(Null) << false;
+        QTest::newRow("empty vs zero") << Variant() << Variant(0.0) << false;
+        QTest::newRow("empty vs text") << Variant() << Variant(u""_qs) << false;
+        QTest::newRow("empty vs date") << Variant() << Variant(Date{45000}) << true;
+        QTest::newRow("date vs same serial") << Variant(Date{45000.5}) << Variant(45000.5) << false;
+        QTest::newRow("integer vs double") << Variant(qint16(3)) << Variant(3.0) << false;
+        QTest::newRow("true vs -1") << Variant(true) << Variant(qint32(-1)) << false;
+        QTest::newRow("text case") << Variant(u"a"_qs) << Variant(u"A"_qs) << true;
+        QTest::newRow("number vs its text") << Variant(3.0) << Variant(u"3"_qs) << true;
+    }
+    void classicDiffers()
+    {
+        QFETCH(Variant, a);
+        QFETCH(Variant, b);
+        QFETCH(bool, differs);
+        QCOMPARE(kel::differs(a, b), differs);
+        QCOMPARE(kel::differs(b, a), differs);
+    }
+
     void bagDefaultsAndCoercion()
     {
         MemoryPropertyBag bag;
