@@ -1,4 +1,5 @@
-// Any property bag loaded into a text field leaves it working: saving and loading again is stable.
+// Any property bag loaded into a field leaves it working: saving and loading again is stable.
+#include "controls/number/kelnumber.h"
 #include "controls/text/keltext.h"
 #include "library/librarysettings.h"
 #include "runtime/kelruntime8.h"
@@ -8,7 +9,9 @@
 #include <cstdlib>
 
 static const char *const names[] = {"Caption", "CaptionWidth", "Enabled", "InsertMode", "Locked", "Mandatory",
-                                    "MaxLength", "MultiLine", "PasswordChar", "SelectOnFocus", "Text", "caption", "Junk"};
+                                    "MaxLength", "MultiLine", "PasswordChar", "SelectOnFocus", "Text", "caption", "Junk",
+                                    "Decimals", "FontBold", "GroupDigits", "MaxValue", "MinValue", "UpDown",
+                                    "UpDownChange", "Value", "value"};
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
@@ -16,6 +19,22 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
     new QApplication(*argc, *argv);
     kel::adoptRuntime(std::make_shared<kel::KelRuntime8>());
     return 0;
+}
+
+template<class Control>
+static void roundTrip(kel::MemoryPropertyBag &bag)
+{
+    Control a;
+    a.ReadProperties(bag);
+    kel::MemoryPropertyBag saved;
+    a.WriteProperties(saved);
+    Control b;
+    b.ReadProperties(saved);
+    kel::MemoryPropertyBag again;
+    b.WriteProperties(again);
+    if (!(again.entries() == saved.entries()))
+        std::abort();
+    (void)b.Valid();
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -40,17 +59,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         }
         bag.set(QString::fromLatin1(name), v);
     }
-    kel::KelText a;
-    a.ReadProperties(bag);
-    kel::MemoryPropertyBag saved;
-    a.WriteProperties(saved);
-    kel::KelText b;
-    b.ReadProperties(saved);
-    kel::MemoryPropertyBag again;
-    b.WriteProperties(again);
-    if (!(again.entries() == saved.entries()))
-        std::abort();
-    (void)b.Valid();
-    (void)b.Text();
+    if (size > 0 && (data[0] & 1)) {
+        roundTrip<kel::KelNumber>(bag);
+    } else {
+        roundTrip<kel::KelText>(bag);
+    }
     return 0;
 }
