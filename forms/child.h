@@ -68,11 +68,7 @@ public:
     // Stops raising events; the owner is going away.
     void detach();
 
-    // Whether the widget holds the focus as far as the form is concerned (kept while the
-    // window is merely inactive).
-    bool hasLogicalFocus() const { return m_logicalFocus; }
-    // Why the focus last arrived (Tab or Backtab means "arrived by Tab").
-    Qt::FocusReason lastFocusReason() const { return m_focusReason; }
+    // Whether the focus last arrived by Tab or Backtab.
     bool arrivedByTab() const;
 
 signals:

@@ -58,7 +58,7 @@ void UserControl::resizeTo(const QSize &size)
     }
 }
 
-qint32 UserControl::windowHandle() const
+qint32 UserControl::hWnd() const
 {
     const WId id = internalWinId();
     return id ? qint32(id) : m_handle;

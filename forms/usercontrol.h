@@ -30,8 +30,9 @@ public:
     double ScaleWidth() const { return m_widthTwips; }
     double ScaleHeight() const { return m_heightTwips; }
 
-    // A handle unique to this control (its native window id once it has one).
-    qint32 windowHandle() const;
+    // A handle unique to this control (its native window id once it has one). Not named
+    // windowHandle(): that would hide QWidget's own.
+    qint32 hWnd() const;
 
     // The host extender's "ToolTipText": the control's own tool tip.
     QString ExtenderToolTipText() const { return toolTip(); }

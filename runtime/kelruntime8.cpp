@@ -4,10 +4,8 @@
 #include "platform/format.h"
 
 #include <QApplication>
-#include <cmath>
-#include <QKeyEvent>
 #include <QScreen>
-#include <QWidget>
+#include <cmath>
 
 namespace kel {
 

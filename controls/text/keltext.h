@@ -29,7 +29,6 @@ public:
 
     bool Changed() const { return activeBox()->Text() != m_textOriginal; }
     bool ChangedSaved() const { return activeBox()->Text() != m_textSaved; }
-    qint32 hWnd() const { return windowHandle(); }
     qint16 MaxLength() const { return qint16(Text1[0]->MaxLength()); }
     void setMaxLength(qint16 length);
     bool MultiLine() const { return m_fieldIndex == 1; }
