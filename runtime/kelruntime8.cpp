@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QSet>
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -102,7 +103,7 @@ bool isTimePart(Part p) { return p == Part::Hour || p == Part::Minute || p == Pa
 
 struct Layout {
     std::vector<Slot> fields;
-    QStringList literals; // words the format prints as they are
+    QSet<QString> literals; // words the format prints as they are
     bool hasWeekdayName = false, hasMonthName = false;
     bool hasDay = false, hasDayOfMonth = false, hasMonth = false, hasYear = false, hasTime = false;
 
@@ -304,7 +305,7 @@ Layout analyse(const QString &format, const QLocale &locale)
     }
     for (const Token &t : tokenize(literalText))
         if (!t.number)
-            out.literals << t.text.toString().toLower();
+            out.literals.insert(t.text.toString().toLower());
     return out;
 }
 
@@ -374,7 +375,7 @@ int monthNamed(const QString &word, const Names &n)
 // words are skipped, the half-day marker is noted; any other word means the text is no date.
 // The locale's names come before English ones; a word naming both a month and a weekday
 // (French "mar.") is what the format shows.
-Words readWords(std::vector<Token> &tokens, const QLocale &locale, const Layout &layout = {})
+Words readWords(const std::vector<Token> &tokens, const QLocale &locale, const Layout &layout = {})
 {
     Words w;
     std::optional<Names> local;
@@ -386,7 +387,7 @@ Words readWords(std::vector<Token> &tokens, const QLocale &locale, const Layout 
         if ((word == u"a" || word == u"p") && i + 1 < tokens.size() && !tokens[i + 1].number
             && tokens[i + 1].text.compare(u"m", Qt::CaseInsensitive) == 0) {
             word += u'm';
-            tokens.erase(tokens.begin() + qsizetype(i) + 1);
+            ++i;
         }
         if (layout.literals.contains(word))
             continue;
