@@ -6,6 +6,7 @@
 #include "platform/services.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QSet>
 #include <algorithm>
@@ -538,8 +539,15 @@ Variant KelRuntimeDates::ParseDate(const QString &text, const QString &format, c
         return Date{*fallback};
     const QDate today = toQDate(*fallback);
 
-    std::vector<Token> tokens = tokenize(text);
     Layout layout = analyse(format, m_locale);
+    // ISO 8601 text (what dates convert to as text) reads the same under every format.
+    static const QRegularExpression iso(QStringLiteral("^\\d{4}-\\d{1,2}-\\d{1,2}(?:$|[T ](\\d.*)$)"));
+    if (const auto m = iso.match(trimmed); m.hasMatch() && (layout.fields.empty() || layout.fields[0].part != Part::Year)) {
+        const QString isoText = trimmed.left(m.capturedStart(1) < 0 ? trimmed.size() : m.capturedStart(1) - 1);
+        const QString timeText = layout.hasTime ? m.captured(1) : QString();
+        return ParseDate(isoText + u' ' + timeText, u"yyyy-mm-dd hh:nn:ss"_s, Date{*fallback}, birthday);
+    }
+    std::vector<Token> tokens = tokenize(text);
     const Words words = readWords(tokens, m_locale, layout);
     if (!words.ok)
         return Null;
@@ -562,7 +570,9 @@ Variant KelRuntimeDates::ParseDate(const QString &text, const QString &format, c
 
     Values v;
     size_t at = 0;
-    const bool oneRun = numbers.size() == 1 && numbers[0].size() > 2 && !words.month && !fields.empty() && !isTimePart(fields[0].part);
+    // A lone run of digits is the whole date without separators ("1503", "15032013").
+    const bool oneRun = numbers.size() == 1 && numbers[0].size() > 2 && !words.month && !fields.empty()
+            && !isTimePart(fields[0].part);
     for (QStringView n : numbers) {
         if (at >= fields.size() || n.size() > kMaxDigits)
             return Null;
@@ -591,7 +601,8 @@ Variant KelRuntimeDates::ParseDate(const QString &text, const QString &format, c
     if (!seconds)
         return Null;
 
-    int year = today.year(), month = today.month(), day = 1;
+    // A format without a day shows the month (its first day); one without any date, the default date.
+    int year = today.year(), month = today.month(), day = layout.hasDate() ? 1 : today.day();
     if (v.month)
         month = *v.month;
     else if (words.month)

@@ -100,6 +100,9 @@ private slots:
         row("huge digit run", u"99999999999999999999999999999999", dmy, "");
         row("astral characters", u"15\U0001F600/03\U0001F600/2013", dmy, "2013-03-15");
         row("astral only", u"\U0001F600\U0001F600", dmy, "");
+        row("ISO under any format", u"2013-03-15", u"mm/dd/yy", "2013-03-15");
+        row("ISO with time, whole date", u"2013-03-15T10:15:00", dmy, "2013-03-15");
+        row("ISO impossible", u"2013-02-30", dmy, "");
         row("time dropped for a whole date", u"15/03/2013 10:15", dmy, "2013-03-15");
         row("impossible time still refused", u"15/03/2013 25:15", dmy, "");
         row("day of year ignored beside the day", u"15/03/2013 074", u"dd/mm/yyyy y", "2013-03-15");
@@ -234,6 +237,8 @@ private slots:
         QTest::newRow("pm") << u"15/03/2013 6:05:09 pm"_qs << u"dd/mm/yyyy h:nn:ss am/pm"_qs << u"2013-03-15 18:05:09"_qs;
         QTest::newRow("m after h is minutes") << u"15/03/2013 18:05"_qs << u"dd/mm/yyyy hh:mm"_qs << u"2013-03-15 18:05:00"_qs;
         QTest::newRow("digits split") << u"150320131805"_qs << u"ddmmyyyy hhnn"_qs << u"2013-03-15 18:05:00"_qs;
+        QTest::newRow("time alone keeps the default date") << u"6:05 pm"_qs << u"hh:nn am/pm"_qs << u"2026-11-23 18:05:00"_qs;
+        QTest::newRow("ISO with time") << u"2013-03-15T18:05:09"_qs << u"dd/mm/yyyy hh:nn"_qs << u"2013-03-15 18:05:09"_qs;
         QTest::newRow("time omitted") << u"15/03/2013"_qs << u"dd/mm/yyyy hh:nn"_qs << u"2013-03-15 00:00:00"_qs;
         QTest::newRow("minute 60") << u"15/03/2013 18:60"_qs << u"dd/mm/yyyy hh:nn"_qs << QString();
         QTest::newRow("13 pm") << u"15/03/2013 13:00 pm"_qs << u"dd/mm/yyyy hh:nn am/pm"_qs << QString();
