@@ -671,9 +671,24 @@ Variant KelRuntimeDates::ParseTime(const QString &text)
     for (const Token &t : tokens)
         if (t.number)
             numbers.push_back(t.text);
-    // A date before the time: read in the regional order, as the general date shows it.
-    if (words.month || numbers.size() > 3 || trimmed.contains(u'/') || trimmed.contains(u'-'))
-        return ParseDate(text, u"ddddd hh:nn:ss"_s, Variant(), false);
+    if (words.month || numbers.size() > 3 || trimmed.contains(u'/') || trimmed.contains(u'-')) {
+        // A date in front: the time is the last numbers joined by colons.
+        size_t first = numbers.empty() ? 0 : numbers.size() - 1;
+        while (first > 0 && numbers.size() - first < 3) {
+            const QChar *gapStart = numbers[first - 1].data() + numbers[first - 1].size();
+            if (QStringView(gapStart, numbers[first].data()) != u":")
+                break;
+            --first;
+        }
+        // A whole date in the regional order is kept; anything less is only what the time
+        // field's format shows beside the time, and is dropped.
+        if (first >= 3 || (first >= 2 && words.month)) {
+            const Variant dated = ParseDate(text, u"ddddd hh:nn:ss"_s, Variant(), false);
+            if (!dated.isNull())
+                return dated;
+        }
+        numbers.erase(numbers.begin(), numbers.begin() + qsizetype(first));
+    }
     Values v;
     if (numbers.size() == 1) {
         static const std::vector<Slot> fields{{Part::Hour, 2}, {Part::Minute, 2}, {Part::Second, 2}};

@@ -198,7 +198,8 @@ private slots:
     {
         QTest::addColumn<QString>("format");
         for (const char16_t *f : {u"hh:nn am/pm", u"hh:nn:ss", u"h:nn", u"hh:mm", u"h:nn:ss AM/PM", u"hh:nn a/p",
-                                  u"hhnn", u"hh.nn.ss", u"Long Time", u"ttttt", u"h ampm"})
+                                  u"hhnn", u"hh.nn.ss", u"Long Time", u"ttttt", u"h ampm", u"dd/mm hh:nn",
+                                  u"mm/dd hh:nn am/pm", u"dd/mm/yyyy hh:nn:ss", u"d mmm yyyy h:nn", u"c"})
             QTest::newRow(qPrintable(QString::fromUtf16(f))) << QString::fromUtf16(f);
     }
     void displayedTimeReadsBack()
@@ -237,7 +238,10 @@ private slots:
         row("00:00 a [wine]", u"00:00 a", "00:00:00");  row("12:59 AM [wine]", u"12:59 AM", "00:59:00");
         row("00:00 pm [wine]", u"00:00 pm", "12:00:00");  row("12:59 p [wine]", u"12:59 p", "12:59:00");
         row("0:60 [wine]", u"0:60", "");  row("24:00 [wine]", u"24:00", "");  row("24.00 [wine]", u"24.00", "");
-        row("0.60 [wine]", u"0.60", "");  row("True [wine]", u"True", "");
+        row("0.60 [wine]", u"0.60", "");
+        QTest::newRow("whole date kept") << u"3/15/2013 10:15"_qs << u"2013-03-15 10:15:00"_qs;
+        row("partial date dropped", u"15/03 10:15 pm", "22:15:00");
+        row("unreadable date dropped", u"15/03/2013 10:15", "10:15:00");  row("True [wine]", u"True", "");
     }
     void parseTime()
     {
