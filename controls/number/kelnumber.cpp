@@ -263,8 +263,14 @@ void KelNumber::stepValue(double delta)
     m_textDirty = false;
     const std::shared_ptr<IRuntimeDates> dates = runtime().RuntimeDates();
     const double from = clamped(parseField());
-    const double stepped = dates->RoundNumber(from + delta, m_decimalsInUse);
-    m_value = clamped(dates->NumberFromValue(GeneralNumber(stepped, regionalLocale()), m_decimalsInUse));
+    const double sum = from + delta;
+    // A sum past the largest double is past any bound; rounding infinity would give 0.
+    if (std::isfinite(sum)) {
+        const double stepped = dates->RoundNumber(sum, m_decimalsInUse);
+        m_value = clamped(dates->NumberFromValue(GeneralNumber(stepped, regionalLocale()), m_decimalsInUse));
+    } else {
+        m_value = sum > 0 ? m_maxValue : m_minValue;
+    }
     showText(displayText(m_value, m_groupDigits));
     if (m_value != m_valueOriginal) {
         emit Change();

@@ -239,6 +239,9 @@ private slots:
         QTest::newRow("keys idle without spinner") << StepCase{false, 5, 0, 10, 1, "up", 5, 0, u"5"};
         QTest::newRow("upper half") << StepCase{true, 5, 0, 10, 2, "upper", 7, 1, u"7.00"};
         QTest::newRow("lower half, fraction") << StepCase{true, 5, 0, 10, 0.25, "lower", 4.75, 1, u"4.75"};
+        QTest::newRow("past the largest double") << StepCase{true, 1e308, -1e308, 1e308, 1e308, "up", 1e308, 0, nullptr};
+        QTest::newRow("below the lowest double") << StepCase{true, -1e308, -1e308, 1e308, 1e308, "down", -1e308, 0, nullptr};
+        QTest::newRow("overflow lands on the bound") << StepCase{true, 1e308, -1e308, 1.7e308, 1e308, "upper", 1.7e308, 1, nullptr};
     }
     void stepping()
     {
@@ -261,7 +264,8 @@ private slots:
         }
         QCOMPARE(value(n), c.value);
         QCOMPARE(change.count(), c.changes);
-        QCOMPARE(text1(n)->text(), str(c.shown));
+        if (c.shown)
+            QCOMPARE(text1(n)->text(), str(c.shown));
         for (QWidget *w : {static_cast<QWidget *>(text1(n)), spin}) { // the wheel never steps
             QWheelEvent wheel({3, 3}, w->mapToGlobal(QPointF(3, 3)), {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
             QApplication::sendEvent(w, &wheel);
