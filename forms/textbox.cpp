@@ -8,6 +8,8 @@
 #include <QPlainTextEdit>
 #include <QProxyStyle>
 #include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QValidator>
 #include <limits>
@@ -248,6 +250,8 @@ QString TextBox::Text() const
 
 void TextBox::emitIfChanged()
 {
+    if (m_settingByCode)
+        return; // the setter reports once it is done
     const QString now = Text();
     if (now == m_lastText)
         return;
@@ -268,6 +272,42 @@ void TextBox::setText(const QString &text)
         return;
     m_multi->setPlainText(toDocument(text));
     emitIfChanged();
+}
+
+// Document characters that hold the final CR LF of the text; 0 when it ends otherwise.
+static int trailingBreakWidth(const QTextDocument *doc)
+{
+    const int end = doc->characterCount() - 1; // the last paragraph's end is not text
+    if (end >= 1 && doc->characterAt(end - 1) == QChar(Paragraph))
+        return 1;
+    if (end >= 2 && doc->characterAt(end - 2) == QChar(LoneCR) && doc->characterAt(end - 1) == QChar(LoneLF))
+        return 2;
+    return 0;
+}
+
+void TextBox::chopLineBreaks()
+{
+    if (!m_multi || !m_lastText.endsWith(u"\r\n"))
+        return;
+    QTextDocument *doc = m_multi->document();
+    // One edit block: the box lays out once at the end, while the text itself (what a Change
+    // handler reads) is current after every removal.
+    QTextCursor c(doc);
+    c.beginEditBlock();
+    for (int width; m_lastText.endsWith(u"\r\n") && (width = trailingBreakWidth(doc)) > 0;) {
+        const int end = doc->characterCount() - 1;
+        c.setPosition(end - width);
+        c.setPosition(end, QTextCursor::KeepAnchor);
+        m_settingByCode = true;
+        c.removeSelectedText();
+        m_settingByCode = false;
+        m_lastText.chop(2);
+        emit Change();
+    }
+    m_settingByCode = true;
+    c.endEditBlock();
+    m_settingByCode = false;
+    emitIfChanged(); // whatever a handler did meanwhile
 }
 
 int TextBox::SelStart() const

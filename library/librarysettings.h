@@ -23,6 +23,9 @@ LibrarySettings &librarySettings();
 // regional digits and the field colours from it. Errors of the run-time object propagate.
 void adoptRuntime(std::shared_ptr<IKelRuntime> runtime);
 
+// The held run-time object's region, or the process's while none is held.
+QLocale regionalLocale();
+
 // Forgets everything (for tests and for a host that reloads the library).
 void resetLibrarySettings();
 

@@ -83,13 +83,8 @@ QString KelText::Text()
 {
     if (m_fieldIndex == 0)
         return Text1[0]->Text();
-    QString t = Text1[1]->Text();
-    while (t.endsWith(u"\r\n")) {
-        t.chop(2);
-        Text1[1]->setText(t);
-        t = Text1[1]->Text();
-    }
-    return t;
+    Text1[1]->chopLineBreaks();
+    return Text1[1]->Text();
 }
 
 void KelText::setText(const QString &text)

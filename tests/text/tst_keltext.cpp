@@ -34,6 +34,8 @@ private slots:
         QTest::newRow("lone lf kept") << u"a\n"_qs << u"a\n"_qs << 0;
         QTest::newRow("lone cr kept") << u"a\r"_qs << u"a\r"_qs << 0;
         QTest::newRow("inner pair kept") << u"a\r\nb"_qs << u"a\r\nb"_qs << 0;
+        QTest::newRow("a thousand pairs") << u"a"_qs + u"\r\n"_qs.repeated(1000) << u"a"_qs << 1000;
+        QTest::newRow("pair after a lone cr") << u"a\r\r\n"_qs << u"a\r"_qs << 1;
     }
     void textTrimsTrailingBreakPairs()
     {
