@@ -26,7 +26,8 @@ const std::vector<Persisted> &readOrder()
         {QStringLiteral("MinValue"), Date{0}, Date{0}},
         {QStringLiteral("SelectOnFocus"), false, false},
         {QStringLiteral("UpDown"), true, true},
-        {QStringLiteral("Value"), qint16(0), qint16(0)},
+        // Read untyped: the bag would turn a stored text into the default's integer.
+        {QStringLiteral("Value"), Variant(), qint16(0)},
     };
     return table;
 }
@@ -141,7 +142,13 @@ void KelTime::onInitProperties()
     showText(QString());
 }
 
-void KelTime::onReadProperties(PropertyBag &bag) { readPersisted(bag, readOrder()); }
+void KelTime::onReadProperties(PropertyBag &bag)
+{
+    const bool stored = !bag.ReadProperty(QStringLiteral("Value"), Variant()).isEmpty();
+    readPersisted(bag, readOrder());
+    if (!stored)
+        setValue(qint16(0));
+}
 void KelTime::onWriteProperties(PropertyBag &bag) { writeProperties(bag, writeOrder()); }
 
 } // namespace kel
