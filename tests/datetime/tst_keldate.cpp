@@ -3,6 +3,7 @@
 #include "keys.h"
 #include "library/dispatch.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QSignalSpy>
 
@@ -99,6 +100,28 @@ private slots:
         QCOMPARE(text1(d)->text(), u"31/03/2013"_qs);
         QCOMPARE(changes.size(), 0);
         QVERIFY(!d->UpDown1->Enabled());
+    }
+
+    // The spinner repeats while held and stops on release; screen readers can step it too.
+    void spinnerRepeatsAndSpeaks()
+    {
+        d->setValue(u"15/03/2013"_qs);
+        QSignalSpy changes(d, &KelDate::Change);
+        QWidget *spinner = d->UpDown1->widget();
+        QTest::mousePress(spinner, Qt::LeftButton, {}, QPoint(spinner->width() / 2, 2));
+        QTRY_VERIFY(changes.size() >= 3);
+        QTest::mouseRelease(spinner, Qt::LeftButton, {}, QPoint(spinner->width() / 2, 2));
+        const qsizetype held = changes.size();
+        QTest::qWait(300);
+        QCOMPARE(changes.size(), held);
+        QCOMPARE(d->Value(), Variant(Date{serial(2013, 3, 15) + double(held)}));
+
+        QAccessibleInterface *a = QAccessible::queryAccessibleInterface(spinner);
+        QVERIFY(a && a->actionInterface());
+        a->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+        QCOMPARE(changes.size(), held + 1);
+        d->setLocked(true);
+        QVERIFY(a->actionInterface()->actionNames().isEmpty());
     }
 
     void typing_data()
