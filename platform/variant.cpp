@@ -3,6 +3,9 @@
 #include <QLocale>
 #include <cmath>
 #include <limits>
+#include <optional>
+#include <type_traits>
+#include <utility>
 
 namespace kel {
 
@@ -246,5 +249,205 @@ QString Variant::debugString() const
         return typeName();
     return typeName() + u'(' + toString() + u')';
 }
+
+} // namespace kel
+
+// ---------------------------------------------------------------------------------------
+// QVariant conversions
+
+#include "platform/dayserial.h"
+
+#include <QDateTime>
+#include <QTime>
+
+namespace kel {
+
+namespace {
+
+// Whole days print as a date alone, anything else with its time of day.
+QString isoText(double serial)
+{
+    if (!isValidDaySerial(serial))
+        return {};
+    if (serial == std::trunc(serial))
+        return toQDate(serial).toString(Qt::ISODate);
+    return toQDateTime(serial).toString(Qt::ISODate);
+}
+
+std::optional<double> fromQTime(QTime t)
+{
+    if (!t.isValid())
+        return std::nullopt;
+    return t.msecsSinceStartOfDay() / 86400000.0;
+}
+
+// Text as a date: a day serial, or an ISO 8601 date, date-time or time.
+std::optional<double> serialFromText(const QString &text)
+{
+    const QString t = text.trimmed();
+    double d = 0;
+    if (parseClassicNumber(t, u'.', QChar(), &d))
+        return isValidDaySerial(d) ? std::optional<double>(d) : std::nullopt;
+    if (const QDate date = QDate::fromString(t, Qt::ISODate); date.isValid())
+        return fromQDate(date);
+    if (const QDateTime dt = QDateTime::fromString(t, Qt::ISODate); dt.isValid())
+        return fromQDateTime(dt);
+    return fromQTime(QTime::fromString(t, Qt::ISODate));
+}
+
+// The serial a variant holds as a date: numbers and dates, and text in a form serialFromText reads.
+std::optional<double> serialOf(const Variant &v)
+{
+    if (v.isEmpty() || v.isNull())
+        return std::nullopt;
+    if (const QString *s = v.get<QString>())
+        return serialFromText(*s);
+    bool ok = false;
+    const double d = v.toDouble(&ok);
+    return ok && isValidDaySerial(d) ? std::optional<double>(d) : std::nullopt;
+}
+
+template<class From, class To, class F>
+void add(F convert)
+{
+    QMetaType::registerConverterFunction(
+            [convert](const void *from, void *to) -> bool {
+                std::optional<To> r = convert(*static_cast<const From *>(from));
+                if (!r)
+                    return false;
+                *static_cast<To *>(to) = std::move(*r);
+                return true;
+            },
+            QMetaType::fromType<From>(), QMetaType::fromType<To>());
+}
+
+template<class N>
+void addNumber()
+{
+    add<N, Variant>([](N n) -> std::optional<Variant> {
+        if constexpr (std::is_same_v<N, bool>)
+            return Variant(n);
+        else if constexpr (std::is_integral_v<N>)
+            return std::in_range<qint32>(n) ? Variant(qint32(n)) : Variant(double(n));
+        else
+            return Variant(double(n));
+    });
+    add<Variant, N>([](const Variant &v) -> std::optional<N> {
+        if constexpr (std::is_same_v<N, bool>) {
+            bool ok = false;
+            const bool b = v.toBool(&ok);
+            return ok ? std::optional<N>(b) : std::nullopt;
+        } else {
+            bool ok = false;
+            double d = v.toDouble(&ok);
+            if (!ok && v.isString())
+                if (const auto s = serialOf(v)) // ISO dates read as their serial
+                    d = *s, ok = true;
+            if (!ok)
+                return std::nullopt;
+            if constexpr (std::is_integral_v<N>) {
+                d = std::nearbyint(d);
+                if (!(d >= double(std::numeric_limits<N>::min()) && d <= double(std::numeric_limits<N>::max())))
+                    return std::nullopt;
+            }
+            return N(d);
+        }
+    });
+    if constexpr (!std::is_same_v<N, bool>) {
+        add<N, Date>([](N n) -> std::optional<Date> {
+            return isValidDaySerial(double(n)) ? std::optional<Date>(Date{double(n)}) : std::nullopt;
+        });
+        add<Date, N>([](Date d) -> std::optional<N> {
+            if constexpr (std::is_integral_v<N>) {
+                const double r = std::nearbyint(d.serial);
+                if (!(r >= double(std::numeric_limits<N>::min()) && r <= double(std::numeric_limits<N>::max())))
+                    return std::nullopt;
+                return N(r);
+            } else {
+                return N(d.serial);
+            }
+        });
+    }
+}
+
+void registerAll()
+{
+    addNumber<bool>();
+    addNumber<short>();
+    addNumber<ushort>();
+    addNumber<int>();
+    addNumber<uint>();
+    addNumber<qlonglong>();
+    addNumber<qulonglong>();
+    addNumber<long>();
+    addNumber<float>();
+    addNumber<double>();
+
+    const auto date = [](std::optional<double> s) -> std::optional<Date> {
+        return s ? std::optional<Date>(Date{*s}) : std::nullopt;
+    };
+    // An invalid QDate/QDateTime/QTime is no date: Null as a Variant, a failed conversion as a Date.
+    const auto dateVariant = [](std::optional<double> s) -> std::optional<Variant> {
+        return s ? Variant(Date{*s}) : Variant(Null);
+    };
+
+    add<QString, Variant>([](const QString &s) -> std::optional<Variant> { return Variant(s); });
+    add<Variant, QString>([](const Variant &v) -> std::optional<QString> {
+        if (const Date *d = v.get<Date>())
+            return isoText(d->serial);
+        return v.toString();
+    });
+    add<std::nullptr_t, Variant>([](std::nullptr_t) -> std::optional<Variant> { return Variant(Null); });
+
+    add<QDate, Variant>([=](QDate d) { return dateVariant(fromQDate(d)); });
+    add<QDateTime, Variant>([=](const QDateTime &d) { return dateVariant(fromQDateTime(d)); });
+    add<QTime, Variant>([=](QTime t) { return dateVariant(fromQTime(t)); });
+    add<Variant, QDate>([](const Variant &v) -> std::optional<QDate> {
+        const auto s = serialOf(v);
+        return s ? std::optional<QDate>(toQDate(*s)) : std::nullopt;
+    });
+    add<Variant, QDateTime>([](const Variant &v) -> std::optional<QDateTime> {
+        const auto s = serialOf(v);
+        return s ? std::optional<QDateTime>(toQDateTime(*s)) : std::nullopt;
+    });
+    add<Variant, QTime>([](const Variant &v) -> std::optional<QTime> {
+        const auto s = serialOf(v);
+        return s ? std::optional<QTime>(toQDateTime(*s).time()) : std::nullopt;
+    });
+
+    add<Date, Variant>([](Date d) -> std::optional<Variant> { return Variant(d); });
+    add<Variant, Date>([=](const Variant &v) { return date(serialOf(v)); });
+    add<QDate, Date>([=](QDate d) { return date(fromQDate(d)); });
+    add<QDateTime, Date>([=](const QDateTime &d) { return date(fromQDateTime(d)); });
+    add<QTime, Date>([=](QTime t) { return date(fromQTime(t)); });
+    add<QString, Date>([=](const QString &s) { return date(serialFromText(s)); });
+    add<Date, QDate>([](Date d) -> std::optional<QDate> {
+        const QDate r = toQDate(d.serial);
+        return r.isValid() ? std::optional<QDate>(r) : std::nullopt;
+    });
+    add<Date, QDateTime>([](Date d) -> std::optional<QDateTime> {
+        const QDateTime r = toQDateTime(d.serial);
+        return r.isValid() ? std::optional<QDateTime>(r) : std::nullopt;
+    });
+    add<Date, QTime>([](Date d) -> std::optional<QTime> {
+        const QDateTime r = toQDateTime(d.serial);
+        return r.isValid() ? std::optional<QTime>(r.time()) : std::nullopt;
+    });
+    add<Date, QString>([](Date d) -> std::optional<QString> {
+        const QString r = isoText(d.serial);
+        return r.isEmpty() ? std::nullopt : std::optional<QString>(r);
+    });
+}
+
+} // namespace
+
+void registerVariantConverters()
+{
+    static const bool once = (registerAll(), true);
+    Q_UNUSED(once);
+}
+
+// Hosts may call setProperty() before anything of ours has run.
+Q_CONSTRUCTOR_FUNCTION(registerVariantConverters)
 
 } // namespace kel

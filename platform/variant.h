@@ -79,6 +79,11 @@ bool differs(const Variant &a, const Variant &b);
 // an exponent, or &H / &O radix prefixes. Uses the given separators.
 bool parseClassicNumber(const QString &text, QChar decimalSep, QChar groupSep, double *out);
 
+// Makes Variant and Date convertible to and from plain QVariants (numbers, text, booleans,
+// QDate/QDateTime/QTime, nullptr for Null), so hosts reach every property through
+// setProperty()/property(). Runs once at start-up; calling it again does nothing.
+void registerVariantConverters();
+
 } // namespace kel
 
 Q_DECLARE_METATYPE(kel::Variant)

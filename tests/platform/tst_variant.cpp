@@ -1,7 +1,10 @@
+#include "platform/dayserial.h"
 #include "platform/propertybag.h"
 #include "platform/variant.h"
 
+#include <QDateTime>
 #include <QLocale>
+#include <cmath>
 #include <QTest>
 
 using namespace kel;
@@ -99,6 +102,76 @@ private slots:
         exact.set(u"Caption"_qs, u"x"_qs);
         QCOMPARE(exact.ReadProperty(u"caption"_qs, u"d"_qs), Variant(u"d"_qs));
         QCOMPARE(exact.ReadProperty(u"Caption"_qs, u"d"_qs), Variant(u"x"_qs));
+    }
+
+    // Plain QVariants in, and what a Qt user reads back out.
+    void qvariantIn_data()
+    {
+        QTest::addColumn<QVariant>("in");
+        QTest::addColumn<Variant>("variant");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QDateTime>("dateTime");
+        const QDateTime none;
+        QTest::newRow("double") << QVariant(2.5) << Variant(2.5) << u"2.5"_qs << QDateTime(QDate(1900, 1, 1), QTime(12, 0));
+        QTest::newRow("int") << QVariant(7) << Variant(qint32(7)) << u"7"_qs << QDateTime(QDate(1900, 1, 6), QTime(0, 0));
+        QTest::newRow("huge integer") << QVariant(Q_INT64_C(1) << 40) << Variant(1099511627776.0) << u"1099511627776"_qs << none;
+        QTest::newRow("bool") << QVariant(true) << Variant(true) << u"True"_qs << QDateTime(QDate(1899, 12, 29), QTime(0, 0));
+        QTest::newRow("text") << QVariant(u"abc"_qs) << Variant(u"abc"_qs) << u"abc"_qs << none;
+        QTest::newRow("ISO text") << QVariant(u"2013-03-15"_qs) << Variant(u"2013-03-15"_qs) << u"2013-03-15"_qs
+                                  << QDateTime(QDate(2013, 3, 15), QTime(0, 0));
+        QTest::newRow("QDate") << QVariant(QDate(2013, 3, 15)) << Variant(Date{41348}) << u"2013-03-15"_qs
+                               << QDateTime(QDate(2013, 3, 15), QTime(0, 0));
+        QTest::newRow("QDateTime") << QVariant(QDateTime(QDate(2013, 3, 15), QTime(18, 0))) << Variant(Date{41348.75})
+                                   << u"2013-03-15T18:00:00"_qs << QDateTime(QDate(2013, 3, 15), QTime(18, 0));
+        QTest::newRow("QTime") << QVariant(QTime(6, 0)) << Variant(Date{0.25}) << u"1899-12-30T06:00:00"_qs
+                               << QDateTime(QDate(1899, 12, 30), QTime(6, 0));
+        QTest::newRow("invalid QDate is Null") << QVariant(QDate()) << Variant(Null) << QString() << none;
+        QTest::newRow("nullptr is Null") << QVariant::fromValue(nullptr) << Variant(Null) << QString() << none;
+    }
+    void qvariantIn()
+    {
+        QFETCH(QVariant, in);
+        QFETCH(Variant, variant);
+        QFETCH(QString, text);
+        QFETCH(QDateTime, dateTime);
+        QVERIFY(in.convert(QMetaType::fromType<Variant>()));
+        QCOMPARE(in.value<Variant>(), variant);
+        QCOMPARE(in.toString(), text);
+        QCOMPARE(in.toDateTime(), dateTime);
+        QCOMPARE(in.toDate(), dateTime.date());
+        bool ok = false;
+        const double d = in.toDouble(&ok);
+        QCOMPARE(ok, variant.isNumeric() || variant.type() == Variant::Type::Date || dateTime.isValid());
+        if (ok && dateTime.isValid())
+            QCOMPARE(toQDateTime(d), dateTime);
+    }
+
+    // Empty and Null stay apart through QVariant: an invalid QVariant is Empty, which reads as 0;
+    // Null fails to convert to a number.
+    void emptyAndNullThroughQVariant()
+    {
+        QVERIFY(QVariant::fromValue(Variant()).value<Variant>().isEmpty());
+        bool ok = false;
+        QCOMPARE(QVariant::fromValue(Variant()).toDouble(&ok), 0.0);
+        QVERIFY(ok);
+        QVariant::fromValue(Variant(Null)).toDouble(&ok);
+        QVERIFY(!ok);
+        QVERIFY(!QVariant::fromValue(Variant(Null)).toDate().isValid());
+    }
+
+    // The date type of properties: the day serial, as QDate/QDateTime/QTime/number/ISO text.
+    void dateThroughQVariant()
+    {
+        QVariant v = QVariant::fromValue(Date{41348.5});
+        QCOMPARE(v.toDouble(), 41348.5);
+        QCOMPARE(v.toDateTime(), QDateTime(QDate(2013, 3, 15), QTime(12, 0)));
+        QCOMPARE(v.toString(), u"2013-03-15T12:00:00"_qs);
+        QCOMPARE(v.toTime(), QTime(12, 0));
+        for (const QVariant &in : {QVariant(QDate(2013, 3, 15)), QVariant(41348), QVariant(u"2013-03-15"_qs)})
+            QCOMPARE(in.value<Date>().serial, 41348.0);
+        QVariant tooLate(1e9);
+        QVERIFY(!tooLate.convert(QMetaType::fromType<Date>()));
+        QVERIFY(!QVariant::fromValue(Date{std::nan("")}).toDate().isValid());
     }
 };
 
