@@ -2,9 +2,7 @@
 // clamp, format, put the caret back) next to QDateEdit stepping its day section, in one run.
 #include "benchratio.h"
 #include "controls/datetime/keldate.h"
-#include "library/librarysettings.h"
 #include "platform/dayserial.h"
-#include "runtime/kelruntime8.h"
 
 #include <QApplication>
 #include <QDateEdit>
@@ -80,10 +78,5 @@ BENCHMARK(QDateEdit_stepBy)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    auto rt = std::make_shared<KelRuntime8>();
-    rt->setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
-    adoptRuntime(rt);
     return bench::runWithRatios(argc, argv, {{"KelDate_UpKey", "QDateEdit_stepBy"}});
 }

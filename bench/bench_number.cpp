@@ -2,8 +2,6 @@
 // key, and committing typed text.
 #include "benchratio.h"
 #include "controls/number/kelnumber.h"
-#include "library/librarysettings.h"
-#include "runtime/kelruntime8.h"
 
 #include <QApplication>
 #include <QDoubleSpinBox>
@@ -131,12 +129,6 @@ BENCHMARK(QDoubleSpinBox_interpretText)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    auto rt = std::make_shared<KelRuntime8>();
-    rt->setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
-    adoptRuntime(rt);
-
     return bench::runWithRatios(argc, argv,
                                 {{"KelNumber_UpKey", "QDoubleSpinBox_stepUp"},
                                  {"KelNumber_Commit", "QDoubleSpinBox_setValue"},

@@ -1,6 +1,10 @@
 #pragma once
-// The benchmark programs' shared ending: the mean CPU time of every benchmark (steadier than wall
+// The benchmark programs' shared set-up and ending: the mean CPU time of every benchmark (steadier than wall
 // time on a busy machine), and one line per comparison, ours divided by the Qt peer's.
+#include "library/librarysettings.h"
+#include "runtime/kelruntime8.h"
+
+#include <QApplication>
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -44,9 +48,16 @@ private:
     std::map<std::string, double> m_means;
 };
 
-// Runs the benchmarks given on the command line and prints `ratio <ours> / <peer>: <x>x` for each pair.
+// A benchmark program's main: offscreen, English (US) regional settings, the benchmarks given on
+// the command line, then `ratio <ours> / <peer>: <x>x` for each pair.
 inline int runWithRatios(int argc, char **argv, const std::vector<std::pair<const char *, const char *>> &pairs)
 {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    auto rt = std::make_shared<KelRuntime8>();
+    rt->setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
+    adoptRuntime(rt);
+
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
