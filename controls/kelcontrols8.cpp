@@ -1,5 +1,6 @@
 #include "controls/kelcontrols8.h"
 
+#include "controls/combo/kelcombo.h"
 #include "controls/number/kelnumber.h"
 #include "controls/text/keltext.h"
 #include "library/kelcontrolhandler.h"
@@ -11,6 +12,7 @@ void registerKelControls8()
     static const bool once = [] {
         ClassFactory::registerClass(QStringLiteral("KelText"), [](QWidget *p) { return new KelText(p); });
         ClassFactory::registerClass(QStringLiteral("KelNumber"), [](QWidget *p) { return new KelNumber(p); });
+        ClassFactory::registerClass(QStringLiteral("KelCombo"), [](QWidget *p) { return new KelCombo(p); });
         ClassFactory::registerClass(QStringLiteral("KelControlHandler"), [](QWidget *p) { return new KelControlHandler(p); });
         return true;
     }();
