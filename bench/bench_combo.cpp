@@ -132,6 +132,24 @@ void QComboBox_addItems(benchmark::State &state)
     }
 }
 
+// Saving: the list string rebuilt through the run-time object's list-append, item by item.
+void KelCombo_ListGet(benchmark::State &state)
+{
+    ComboForm form;
+    qsizetype size = 0;
+    for (auto _ : state)
+        size += form.combo->List().size();
+    benchmark::DoNotOptimize(size);
+}
+
+void QStringList_join(benchmark::State &state)
+{
+    qsizetype size = 0;
+    for (auto _ : state)
+        size += items().join(u',').size();
+    benchmark::DoNotOptimize(size);
+}
+
 template<class Form, class Open, class Close>
 void firstOpen(benchmark::State &state, Open open, Close close)
 {
@@ -208,6 +226,8 @@ BENCHMARK(KelCombo_FindString)->Unit(benchmark::kMicrosecond);
 BENCHMARK(QComboBox_findText)->Unit(benchmark::kMicrosecond);
 BENCHMARK(KelCombo_ListPut)->Unit(benchmark::kMillisecond);
 BENCHMARK(QComboBox_addItems)->Unit(benchmark::kMillisecond);
+BENCHMARK(KelCombo_ListGet)->Unit(benchmark::kMillisecond);
+BENCHMARK(QStringList_join)->Unit(benchmark::kMillisecond);
 BENCHMARK(KelCombo_FirstDropDown)->Unit(benchmark::kMillisecond)->Iterations(10);
 BENCHMARK(QComboBox_FirstShowPopup)->Unit(benchmark::kMillisecond)->Iterations(10);
 BENCHMARK(KelCombo_TypedKey)->Unit(benchmark::kMicrosecond);
@@ -255,6 +275,7 @@ int main(int argc, char **argv)
     const std::pair<const char *, const char *> pairs[] = {
         {"KelCombo_FindString", "QComboBox_findText"},
         {"KelCombo_ListPut", "QComboBox_addItems"},
+        {"KelCombo_ListGet", "QStringList_join"},
         {"KelCombo_FirstDropDown", "QComboBox_FirstShowPopup"},
         {"KelCombo_TypedKey", "QComboBox_TypedKey"},
     };

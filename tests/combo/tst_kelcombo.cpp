@@ -80,6 +80,23 @@ private slots:
         QCOMPARE(c.Combo1->items(), items);
     }
 
+    // List is whatever the host's list-append builds, even one that does not simply append.
+    void listThroughHostAppend()
+    {
+        struct Prepending : KelRuntime8 {
+            QString ListAppend(const QString &list, const QString &item) override
+            {
+                return list.isEmpty() ? item : item + u';' + list;
+            }
+        };
+        adoptRuntime(std::make_shared<Prepending>());
+        KelCombo c;
+        c.setList(u"a,b,c"_qs);
+        const QString list = c.List();
+        test::useRuntime();
+        QCOMPARE(list, u"c;b;a"_qs);
+    }
+
     void listCap()
     {
         KelCombo c;
