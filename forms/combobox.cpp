@@ -50,6 +50,20 @@ inline bool begins(QStringView s, QStringView prefix)
     return s.size() >= prefix.size() && std::memcmp(s.utf16(), prefix.utf16(), size_t(prefix.size()) * 2) == 0;
 }
 
+// The first position in [a, b) where `holds` turns false (it holds for a prefix of the range).
+template<class Pred>
+size_t firstFailing(size_t a, size_t b, Pred holds)
+{
+    while (a < b) {
+        const size_t mid = a + (b - a) / 2;
+        if (holds(mid))
+            a = mid + 1;
+        else
+            b = mid;
+    }
+    return a;
+}
+
 // The first four code units, high to low; shorter texts pad with 0, so order is kept.
 inline quint64 packed(QStringView s)
 {
@@ -128,24 +142,8 @@ int PrefixIndex::find(QStringView prefix) const
     size_t lo = size_t(std::lower_bound(m_key.begin(), m_key.end(), low) - m_key.begin());
     size_t hi = size_t(std::upper_bound(m_key.begin() + lo, m_key.end(), high) - m_key.begin());
     if (p.size() > 4 && lo < hi) {
-        size_t a = lo, b = hi;
-        while (a < b) {
-            const size_t mid = (a + b) / 2;
-            if (less(entry(mid), p))
-                a = mid + 1;
-            else
-                b = mid;
-        }
-        lo = a;
-        b = hi;
-        while (a < b) {
-            const size_t mid = (a + b) / 2;
-            if (begins(entry(mid), p))
-                a = mid + 1;
-            else
-                b = mid;
-        }
-        hi = a;
+        lo = firstFailing(lo, hi, [&](size_t i) { return less(entry(i), p); });
+        hi = firstFailing(lo, hi, [&](size_t i) { return begins(entry(i), p); });
     }
     if (lo == hi)
         return -1;
@@ -185,8 +183,8 @@ public:
         const int max = m_box->m_maxLength;
         if (m_box->m_settingByCode || max <= 0 || input.size() <= max)
             return Acceptable;
-        const int before = int(m_box->m_edit->text().size());
-        const int limit = qMax(max, before);
+        // (The edit already holds the new text here, so the old length is the box's.)
+        const int limit = qMax(max, m_box->m_previousLength);
         const int excess = int(input.size()) - limit;
         if (excess <= 0)
             return Acceptable;
@@ -405,6 +403,7 @@ bool ComboBox::DroppedDown() const
 
 void ComboBox::followText(const QString &text)
 {
+    m_previousLength = int(text.size());
     const int current = m_combo->currentIndex();
     if (current >= 0 && current < m_items.size() && m_items.at(current) == text)
         m_listIndex = current;

@@ -116,6 +116,7 @@ private:
     bool m_extendedUI = false;
     bool m_settingByCode = false;
     int m_maxLength = 0;
+    int m_previousLength = 0;
     int m_droppedWidth = 0;
 };
 

@@ -1,4 +1,5 @@
 // Any property bag loaded into a field leaves it working: saving and loading again is stable.
+#include "controls/combo/kelcombo.h"
 #include "controls/number/kelnumber.h"
 #include "controls/text/keltext.h"
 #include "library/librarysettings.h"
@@ -11,7 +12,8 @@
 static const char *const names[] = {"Caption", "CaptionWidth", "Enabled", "InsertMode", "Locked", "Mandatory",
                                     "MaxLength", "MultiLine", "PasswordChar", "SelectOnFocus", "Text", "caption", "Junk",
                                     "Decimals", "FontBold", "GroupDigits", "MaxValue", "MinValue", "UpDown",
-                                    "UpDownChange", "Value", "value"};
+                                    "UpDownChange", "Value", "value",
+                                    "DropDownWidth", "DropdownWidth", "LimitToList", "List", "ListTag"};
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
@@ -59,7 +61,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         }
         bag.set(QString::fromLatin1(name), v);
     }
-    if (size > 0 && (data[0] & 1)) {
+    if (size > 0 && (data[0] & 3) == 2) {
+        roundTrip<kel::KelCombo>(bag);
+    } else if (size > 0 && (data[0] & 1)) {
         roundTrip<kel::KelNumber>(bag);
     } else {
         roundTrip<kel::KelText>(bag);

@@ -288,6 +288,22 @@ private slots:
         QCOMPARE(c.TextOriginal(), QString());
     }
 
+    void maxLengthLimitsTypingOnly()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        KelCombo *c = f.first;
+        c->setLimitToList(false);
+        c->setMaxLength(3);
+        c->setMaxLength(-1); // ignored
+        field(c)->setFocus(Qt::MouseFocusReason);
+        type(c, u"abcd"_qs);
+        QCOMPARE(c->Text(), u"abc"_qs);
+        QCOMPARE(c->MaxLength(), qint16(3));
+        c->setText(u"abcdef"_qs);
+        QCOMPARE(c->Text(), u"abcdef"_qs);
+    }
+
     void enterMovesOn()
     {
         Form f;
