@@ -44,6 +44,8 @@ int main(int argc, char **argv)
     y += 8;
     heading(QStringLiteral("Date and time fields"));
     kel::demo::addDateFields(&form, y);
+    heading(QStringLiteral("Combo fields"));
+    kel::demo::addComboFields(&form, y);
     form.resize(320, y + 12);
 
     if (cli.isSet(png)) {
