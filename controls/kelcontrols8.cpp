@@ -1,6 +1,8 @@
 #include "controls/kelcontrols8.h"
 
+#include "controls/check/kelcheck.h"
 #include "controls/number/kelnumber.h"
+#include "controls/progress/kelprogressbar.h"
 #include "controls/text/keltext.h"
 #include "library/kelcontrolhandler.h"
 
@@ -11,6 +13,8 @@ void registerKelControls8()
     static const bool once = [] {
         ClassFactory::registerClass(QStringLiteral("KelText"), [](QWidget *p) { return new KelText(p); });
         ClassFactory::registerClass(QStringLiteral("KelNumber"), [](QWidget *p) { return new KelNumber(p); });
+        ClassFactory::registerClass(QStringLiteral("KelCheck"), [](QWidget *p) { return new KelCheck(p); });
+        ClassFactory::registerClass(QStringLiteral("KelProgressBar"), [](QWidget *p) { return new KelProgressBar(p); });
         ClassFactory::registerClass(QStringLiteral("KelControlHandler"), [](QWidget *p) { return new KelControlHandler(p); });
         return true;
     }();
