@@ -44,6 +44,12 @@ PictureBox::PictureBox(UserControl *owner, const QString &objectName)
     resized();
 }
 
+void PictureBox::Move(double left, double top, double width, double height)
+{
+    Child::Move(left, top, width, height);
+    resized();
+}
+
 QColor PictureBox::colour(quint32 c) const { return toQColor(c, widget()->palette()); }
 
 void PictureBox::resized()

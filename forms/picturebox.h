@@ -16,6 +16,9 @@ class PictureBox : public Child
 public:
     PictureBox(UserControl *owner, const QString &objectName);
 
+    // Resizes the drawing at once, shown or not (a hidden widget hears of its size late).
+    void Move(double left, double top, double width, double height);
+
     // The drawing area inside the border.
     double ScaleWidth() const { return m_image.width(); }
     double ScaleHeight() const { return m_image.height(); }

@@ -41,6 +41,9 @@ int main(int argc, char **argv)
     kel::demo::addNumberFields(&form, y);
     if (y == afterHeading)
         y = beforeNumbers; // no number fields yet: drop the heading's room
+    y += 8;
+    heading(QStringLiteral("Check fields and progress"));
+    kel::demo::addCheckFields(&form, y);
     form.resize(320, y + 12);
 
     if (cli.isSet(png)) {
