@@ -58,7 +58,8 @@ protected:
 private:
     void rangeChanged();
     QString timeText();
-    void paint(qint64 barWidth, double share);
+    void draw(qint64 barWidth);
+    void redraw();
 
     qint32 m_min = 1;
     qint32 m_max = 100;
@@ -68,6 +69,7 @@ private:
     qint64 m_lastBarWidth = -1;
     double m_startTime = 0;
     double m_nextTimeUpdate = 0;
+    double m_share = -1; // of the last drawing; below 0 before the first
     QString m_text;
 };
 
