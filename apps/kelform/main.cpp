@@ -46,6 +46,8 @@ int main(int argc, char **argv)
     kel::demo::addDateFields(&form, y);
     heading(QStringLiteral("Combo fields"));
     kel::demo::addComboFields(&form, y);
+    heading(QStringLiteral("Check fields and progress"));
+    kel::demo::addCheckFields(&form, y);
     form.resize(320, y + 12);
 
     if (cli.isSet(png)) {

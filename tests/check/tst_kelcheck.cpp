@@ -1,0 +1,176 @@
+#include "controls/check/kelcheck.h"
+#include "forms/units.h"
+#include "kelfixture.h"
+
+#include <QCheckBox>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace kel;
+
+static QCheckBox *box(KelCheck *c) { return c->findChild<QCheckBox *>(QStringLiteral("Check1")); }
+static void click(KelCheck *c) { QTest::mouseClick(box(c), Qt::LeftButton, {}, QPoint(8, box(c)->height() / 2)); }
+
+// Three check fields one under the other, so that Tab has somewhere to go past the middle one.
+struct Form {
+    QWidget window;
+    KelCheck *fields[3];
+    Form()
+    {
+        for (int i = 0; i < 3; ++i) {
+            fields[i] = new KelCheck(&window);
+            fields[i]->setGeometry(0, i * 30, 200, 20);
+            fields[i]->setCaption(QStringLiteral("Field %1").arg(i));
+        }
+        window.resize(220, 100);
+        window.show();
+        window.activateWindow();
+    }
+    bool ready() { return QTest::qWaitForWindowActive(&window); }
+};
+
+class TestKelCheck : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        test::recordServices();
+        test::useRuntime();
+    }
+
+    void changeTrackingAndKeys()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        KelCheck *c = f.fields[0];
+        QSignalSpy change(c, &KelCheck::Change);
+        c->setValue(true);
+        c->setValueSaved(true);
+        QVERIFY(c->Value() && !c->Changed() && !c->ChangedSaved());
+        click(c);
+        QVERIFY(!c->Value() && c->Changed() && c->ChangedSaved());
+        QTest::keyClick(box(c), Qt::Key_Space);
+        QVERIFY(c->Value() && !c->Changed());
+        QCOMPARE(change.count(), 2);
+
+        // Enter moves on like Tab and never toggles.
+        QTest::keyClick(box(c), Qt::Key_Return);
+        QVERIFY(c->Value());
+        QCOMPARE(QApplication::focusWidget(), box(f.fields[1]));
+
+        // Focus entry takes the current state as the original.
+        click(c);
+        QVERIFY(c->Changed());
+        box(f.fields[1])->setFocus(Qt::TabFocusReason);
+        box(c)->setFocus(Qt::TabFocusReason);
+        QVERIFY(!c->Changed());
+
+        // Grey is not checked; the user's click from grey checks.
+        c->Check1->setValue(2);
+        QVERIFY(!c->Value());
+        click(c);
+        QVERIFY(c->Value() && c->Valid());
+        QCOMPARE(change.count(), 5);
+    }
+
+    void lockedAndDisabled_data()
+    {
+        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<bool>("locked");
+        QTest::addColumn<bool>("mandatory");
+        QTest::addColumn<quint32>("colour");
+        QTest::newRow("plain") << true << false << false << 0x80000008u;
+        QTest::newRow("mandatory") << true << false << true << 0x8000000Du;
+        QTest::newRow("locked") << true << true << false << 0x80000008u;
+        QTest::newRow("locked mandatory") << true << true << true << 0x8000000Du;
+        QTest::newRow("disabled") << false << false << true << 0x80000011u;
+        QTest::newRow("disabled locked") << false << true << true << 0x80000011u;
+    }
+    void lockedAndDisabled()
+    {
+        QFETCH(bool, enabled);
+        QFETCH(bool, locked);
+        QFETCH(bool, mandatory);
+        QFETCH(quint32, colour);
+        const bool takesInput = enabled && !locked;
+        Form f;
+        QVERIFY(f.ready());
+        // The two lower fields get the same settings in opposite orders.
+        f.fields[1]->setLocked(locked);
+        f.fields[1]->setEnabled(enabled);
+        f.fields[2]->setEnabled(enabled);
+        f.fields[2]->setLocked(locked);
+        for (KelCheck *c : {f.fields[1], f.fields[2]}) {
+            c->setMandatory(mandatory);
+            QSignalSpy change(c, &KelCheck::Change);
+            click(c);
+            QTest::keyClick(box(c), Qt::Key_Space);
+            QCOMPARE(change.count(), takesInput ? 2 : 0);
+            QVERIFY(!c->Value());
+            // Only a disabled box is greyed; the text colour follows the state.
+            QCOMPARE(box(c)->isEnabled(), enabled);
+            QCOMPARE(box(c)->palette().color(QPalette::Active, QPalette::WindowText), toQColor(colour, QApplication::palette()));
+        }
+        // Tab passes over fields that take no input.
+        box(f.fields[0])->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(box(f.fields[0]), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), box(f.fields[takesInput ? 1 : 0]));
+        // Locking the field that has the focus sends the focus on.
+        if (takesInput) {
+            f.fields[1]->setLocked(true);
+            QCOMPARE(QApplication::focusWidget(), box(f.fields[2]));
+        }
+    }
+
+    void heightAndCentring()
+    {
+        KelCheck c;
+        c.setWidth(2000);
+        for (double height : {500.0, 120.0}) {
+            c.setHeight(height);
+            QCOMPARE(c.Height(), 300.0);
+            QCOMPARE(c.height(), twipsToPixelsY(300));
+            QVERIFY(c.Check1->Height() > 0 && c.Check1->Height() <= 300);
+            QCOMPARE(c.Check1->Top(), (300 - c.Check1->Height()) / 2);
+        }
+    }
+
+    void persistence()
+    {
+        // A new control starts unchecked and saves an explicit False; an empty bag loads checked.
+        KelCheck fresh;
+        fresh.InitProperties();
+        MemoryPropertyBag saved, empty;
+        fresh.WriteProperties(saved);
+        QCOMPARE(saved.entries(), (QList<QPair<QString, Variant>>{{u"Value"_qs, false}}));
+        KelCheck loaded;
+        loaded.ReadProperties(empty);
+        QVERIFY(loaded.Value() && !loaded.Changed() && loaded.Mandatory() && loaded.Enabled() && !loaded.Locked());
+
+        KelCheck a;
+        a.setCaption(u"Paid, \"in full\""_qs);
+        a.setFontBold(true);
+        a.setEnabled(false);
+        a.setLocked(true);
+        a.setMandatory(false);
+        MemoryPropertyBag bag, again;
+        a.WriteProperties(bag);
+        KelCheck b;
+        QSignalSpy reported(&b, &UserControl::PropertyChanged);
+        b.ReadProperties(bag);
+        b.WriteProperties(again);
+        QCOMPARE(again.entries(), bag.entries());
+        QCOMPARE(bag.entries().size(), 6);
+        // Caption and FontBold go to the check box without a report.
+        QStringList names;
+        for (const auto &args : reported)
+            names << args.at(0).toString();
+        QCOMPARE(names, (QStringList{u"Enabled"_qs, u"Locked"_qs, u"Mandatory"_qs}));
+        b.setCaption(b.Caption());
+        QCOMPARE(reported.count(), 3);
+    }
+};
+
+QTEST_MAIN(TestKelCheck)
+#include "tst_kelcheck.moc"
