@@ -12,8 +12,8 @@ namespace kel {
 class KEL_EXPORT KelNumber : public FieldControl
 {
     Q_OBJECT
-    Q_PROPERTY(bool Changed READ Changed)
-    Q_PROPERTY(bool ChangedSaved READ ChangedSaved)
+    Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
+    Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
     Q_PROPERTY(qint16 Decimals READ Decimals WRITE setDecimals)
     Q_PROPERTY(bool FontBold READ FontBold WRITE setFontBold)
     Q_PROPERTY(bool GroupDigits READ GroupDigits WRITE setGroupDigits)
@@ -22,8 +22,8 @@ class KEL_EXPORT KelNumber : public FieldControl
     Q_PROPERTY(bool UpDown READ UpDown WRITE setUpDown)
     Q_PROPERTY(double UpDownChange READ UpDownChange WRITE setUpDownChange)
     Q_PROPERTY(kel::Variant Value READ Value WRITE setValue USER true)
-    Q_PROPERTY(double ValueOriginal READ ValueOriginal WRITE setValueOriginal)
-    Q_PROPERTY(double ValueSaved READ ValueSaved WRITE setValueSaved)
+    Q_PROPERTY(double ValueOriginal READ ValueOriginal WRITE setValueOriginal DESIGNABLE false)
+    Q_PROPERTY(double ValueSaved READ ValueSaved WRITE setValueSaved DESIGNABLE false)
 
 public:
     explicit KelNumber(QWidget *parent = nullptr);
