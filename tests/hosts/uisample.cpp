@@ -28,10 +28,10 @@ QString sampleObjectName(const QString &className)
 static Variant preferredValue(const QString &name)
 {
     static const QHash<QString, Variant> values = {
-        {u"Caption"_s, u"Sample caption"_s}, {u"CaptionWidth"_s, qint16(1200)}, {u"Decimals"_s, qint16(2)},
-        {u"MaxLength"_s, qint16(40)},        {u"MaxValue"_s, 500.0},            {u"MinValue"_s, -50.0},
+        {u"Caption"_s, u"Sample caption"_s}, {u"CaptionWidth"_s, qint16(1200)}, {u"Decimals"_s, qint16(3)},
+        {u"MaxLength"_s, qint16(40)},        {u"MaxValue"_s, 500.1234},            {u"MinValue"_s, -50.0},
         {u"PasswordChar"_s, u"*"_s},         {u"Text"_s, u"Sample text"_s},     {u"UpDownChange"_s, 2.5},
-        {u"Value"_s, 123.456},
+        {u"Value"_s, 123.4567},
     };
     return values.value(name);
 }
