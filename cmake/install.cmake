@@ -43,6 +43,12 @@ if(TARGET KelControls8Designer)
   kel_install_rpath(KelControls8Designer ${KEL_DESIGNER_PLUGIN_DIR})
   install(TARGETS KelControls8Designer LIBRARY DESTINATION ${KEL_DESIGNER_PLUGIN_DIR})
 endif()
+find_program(KEL_DOXYGEN doxygen)
+if(KEL_DOXYGEN)
+  add_custom_target(docs COMMAND ${CMAKE_COMMAND} -E env KEL_DOCS_DIR=${CMAKE_CURRENT_BINARY_DIR}/docs
+                    KEL_VERSION=${PROJECT_VERSION} ${KEL_DOXYGEN} Doxyfile
+                    WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR} COMMENT "API reference in docs/html" VERBATIM)
+endif()
 install(DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/docs/html/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/html OPTIONAL)
 
 # cpack: a Debian package (configure with -DCMAKE_INSTALL_PREFIX=/usr, as scripts/package does).

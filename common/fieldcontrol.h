@@ -24,7 +24,7 @@ class KEL_EXPORT FieldControl : public UserControl
 {
     Q_OBJECT
     Q_PROPERTY(QString Caption READ Caption WRITE setCaption)
-    Q_PROPERTY(qint16 CaptionWidth READ CaptionWidth WRITE setCaptionWidth)
+    Q_PROPERTY(int CaptionWidth READ CaptionWidth WRITE setCaptionWidth)
     Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled)
     Q_PROPERTY(bool InsertMode READ InsertMode WRITE setInsertMode)
     Q_PROPERTY(bool Locked READ Locked WRITE setLocked)

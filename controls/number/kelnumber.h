@@ -14,7 +14,7 @@ class KEL_EXPORT KelNumber : public FieldControl
     Q_OBJECT
     Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
     Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
-    Q_PROPERTY(qint16 Decimals READ Decimals WRITE setDecimals)
+    Q_PROPERTY(int Decimals READ Decimals WRITE setDecimals)
     Q_PROPERTY(bool FontBold READ FontBold WRITE setFontBold)
     Q_PROPERTY(bool GroupDigits READ GroupDigits WRITE setGroupDigits)
     Q_PROPERTY(double MaxValue READ MaxValue WRITE setMaxValue)

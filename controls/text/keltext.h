@@ -13,7 +13,7 @@ class KEL_EXPORT KelText : public FieldControl
     Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
     Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
     Q_PROPERTY(qint32 hWnd READ hWnd DESIGNABLE false)
-    Q_PROPERTY(qint16 MaxLength READ MaxLength WRITE setMaxLength)
+    Q_PROPERTY(int MaxLength READ MaxLength WRITE setMaxLength)
     Q_PROPERTY(bool MultiLine READ MultiLine WRITE setMultiLine)
     Q_PROPERTY(QString PasswordChar READ PasswordChar WRITE setPasswordChar)
     Q_PROPERTY(QString Text READ Text WRITE setText USER true)
