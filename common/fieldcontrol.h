@@ -2,6 +2,7 @@
 // What every entry control shares: caption and field layout, the background colour that records
 // focus and lock state, the caption colour for Mandatory, selection on focus, and persistence
 // through the public setters. A control states only where it departs.
+#include "platform/kelexport.h"
 #include "forms/label.h"
 #include "forms/usercontrol.h"
 #include "platform/variant.h"
@@ -30,11 +31,11 @@ QLocale runtimeRegion();
 // The run-time object's field font on `field`; a run-time object without fonts leaves it alone.
 void takeFieldFont(Child *field);
 
-class FieldControl : public UserControl
+class KEL_EXPORT FieldControl : public UserControl
 {
     Q_OBJECT
     Q_PROPERTY(QString Caption READ Caption WRITE setCaption)
-    Q_PROPERTY(qint16 CaptionWidth READ CaptionWidth WRITE setCaptionWidth)
+    Q_PROPERTY(int CaptionWidth READ CaptionWidth WRITE setCaptionWidth)
     Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled)
     Q_PROPERTY(bool InsertMode READ InsertMode WRITE setInsertMode)
     Q_PROPERTY(bool Locked READ Locked WRITE setLocked)

@@ -7,7 +7,7 @@ class QCheckBox;
 
 namespace kel {
 
-class CheckBox : public Child
+class KEL_EXPORT CheckBox : public Child
 {
     Q_OBJECT
 public:

@@ -10,7 +10,7 @@ namespace kel {
 
 class PictureWidget;
 
-class PictureBox : public Child
+class KEL_EXPORT PictureBox : public Child
 {
     Q_OBJECT
 public:

@@ -3,23 +3,24 @@
 // the field rests, plain while it is edited, typed through a key filter that admits only what can
 // make a number, stepped by an optional spinner or the Up and Down keys, kept in MinValue..MaxValue.
 #include "common/spinfield.h"
+#include "platform/kelexport.h"
 
 namespace kel {
 
-class KelNumber : public SpinField
+class KEL_EXPORT KelNumber : public SpinField
 {
     Q_OBJECT
-    Q_PROPERTY(bool Changed READ Changed)
-    Q_PROPERTY(bool ChangedSaved READ ChangedSaved)
-    Q_PROPERTY(qint16 Decimals READ Decimals WRITE setDecimals)
+    Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
+    Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
+    Q_PROPERTY(int Decimals READ Decimals WRITE setDecimals)
     Q_PROPERTY(bool FontBold READ FontBold WRITE setFontBold)
     Q_PROPERTY(bool GroupDigits READ GroupDigits WRITE setGroupDigits)
     Q_PROPERTY(double MaxValue READ MaxValue WRITE setMaxValue)
     Q_PROPERTY(double MinValue READ MinValue WRITE setMinValue)
     Q_PROPERTY(double UpDownChange READ UpDownChange WRITE setUpDownChange)
     Q_PROPERTY(kel::Variant Value READ Value WRITE setValue USER true)
-    Q_PROPERTY(double ValueOriginal READ ValueOriginal WRITE setValueOriginal)
-    Q_PROPERTY(double ValueSaved READ ValueSaved WRITE setValueSaved)
+    Q_PROPERTY(double ValueOriginal READ ValueOriginal WRITE setValueOriginal DESIGNABLE false)
+    Q_PROPERTY(double ValueSaved READ ValueSaved WRITE setValueSaved DESIGNABLE false)
 
 public:
     explicit KelNumber(QWidget *parent = nullptr);

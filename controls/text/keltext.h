@@ -1,25 +1,26 @@
 #pragma once
 // Free text, single- or multi-line, with overwrite typing, Enter as Tab, and the shared change
 // tracking, mandatory check and colours.
+#include "platform/kelexport.h"
 #include "common/fieldcontrol.h"
 #include "forms/textbox.h"
 
 namespace kel {
 
-class KelText : public FieldControl
+class KEL_EXPORT KelText : public FieldControl
 {
     Q_OBJECT
-    Q_PROPERTY(bool Changed READ Changed)
-    Q_PROPERTY(bool ChangedSaved READ ChangedSaved)
-    Q_PROPERTY(qint32 hWnd READ hWnd)
-    Q_PROPERTY(qint16 MaxLength READ MaxLength WRITE setMaxLength)
+    Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
+    Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
+    Q_PROPERTY(qint32 hWnd READ hWnd DESIGNABLE false)
+    Q_PROPERTY(int MaxLength READ MaxLength WRITE setMaxLength)
     Q_PROPERTY(bool MultiLine READ MultiLine WRITE setMultiLine)
     Q_PROPERTY(QString PasswordChar READ PasswordChar WRITE setPasswordChar)
     Q_PROPERTY(QString Text READ Text WRITE setText USER true)
-    Q_PROPERTY(QString TextOriginal READ TextOriginal WRITE setTextOriginal)
-    Q_PROPERTY(QString TextRaw READ TextRaw)
-    Q_PROPERTY(QString TextSaved READ TextSaved WRITE setTextSaved)
-    Q_PROPERTY(bool Valid READ Valid)
+    Q_PROPERTY(QString TextOriginal READ TextOriginal WRITE setTextOriginal DESIGNABLE false)
+    Q_PROPERTY(QString TextRaw READ TextRaw DESIGNABLE false)
+    Q_PROPERTY(QString TextSaved READ TextSaved WRITE setTextSaved DESIGNABLE false)
+    Q_PROPERTY(bool Valid READ Valid DESIGNABLE false)
 
 public:
     explicit KelText(QWidget *parent = nullptr);

@@ -1,0 +1,97 @@
+#pragma once
+// The design-time properties of a control as the control itself knows them: the names it reads
+// from a property bag when a saved form is loaded, with their defaults, in its reading order.
+// Learnt by loading a throwaway instance from a bag that records what is asked of it.
+#include "controls/kelcontrols8.h"
+#include "forms/usercontrol.h"
+#include "platform/propertybag.h"
+
+#include <QDateTime>
+#include <QVariant>
+#include <QXmlStreamWriter>
+#include <memory>
+#include <vector>
+
+namespace kel {
+
+struct PersistedProperty {
+    QString name;
+    Variant value;   // the default it is read with (or, in tests, a sample value)
+};
+
+class RecordingPropertyBag : public PropertyBag
+{
+public:
+    Variant ReadProperty(const QString &name, const Variant &defaultValue) override
+    {
+        read.push_back({name, defaultValue});
+        return defaultValue;
+    }
+    void WriteProperty(const QString &, const Variant &, const Variant &) override {}
+
+    std::vector<PersistedProperty> read;
+};
+
+inline std::vector<PersistedProperty> persistedProperties(const QString &className)
+{
+    std::unique_ptr<QObject> object(createObject(className));
+    auto *control = qobject_cast<UserControl *>(object.get());
+    if (!control)
+        return {};
+    RecordingPropertyBag bag;
+    control->ReadProperties(bag);
+    return std::move(bag.read);
+}
+
+// A value as .ui files, QUiLoader and uic code carry it: bool, int, double, QString, QDateTime,
+// or an invalid QVariant for Empty and Null.
+inline QVariant plainValue(const Variant &v)
+{
+    switch (v.type()) {
+    case Variant::Type::Boolean: return v.toBool();
+    case Variant::Type::Integer:
+    case Variant::Type::Long: return int(v.toInt32());
+    case Variant::Type::Double: return v.toDouble();
+    case Variant::Type::String: return v.toString();
+    case Variant::Type::Date: return QVariant::fromValue(v).toDateTime();
+    default: return {};
+    }
+}
+
+inline QVariant plainValue(const QVariant &q)
+{
+    if (q.metaType() == QMetaType::fromType<Variant>())
+        return plainValue(q.value<Variant>());
+    if (q.metaType() == QMetaType::fromType<qint16>())
+        return q.toInt();
+    return q;
+}
+
+// <property name="..."> with a value of plainValue() in Designer's own notation.
+inline void writeUiProperty(QXmlStreamWriter &xml, const QString &name, const QVariant &value)
+{
+    using namespace Qt::StringLiterals;
+    xml.writeStartElement(u"property"_s);
+    xml.writeAttribute(u"name"_s, name);
+    switch (value.metaType().id()) {
+    case QMetaType::Bool: xml.writeTextElement(u"bool"_s, value.toBool() ? u"true"_s : u"false"_s); break;
+    case QMetaType::Int: xml.writeTextElement(u"number"_s, QString::number(value.toInt())); break;
+    case QMetaType::Double: xml.writeTextElement(u"double"_s, QString::number(value.toDouble(), 'g', 17)); break;
+    case QMetaType::QDateTime: {
+        const QDateTime dt = value.toDateTime();
+        xml.writeStartElement(u"datetime"_s);
+        xml.writeTextElement(u"hour"_s, QString::number(dt.time().hour()));
+        xml.writeTextElement(u"minute"_s, QString::number(dt.time().minute()));
+        xml.writeTextElement(u"second"_s, QString::number(dt.time().second()));
+        xml.writeTextElement(u"year"_s, QString::number(dt.date().year()));
+        xml.writeTextElement(u"month"_s, QString::number(dt.date().month()));
+        xml.writeTextElement(u"day"_s, QString::number(dt.date().day()));
+        xml.writeEndElement();
+        break;
+    }
+    default: xml.writeTextElement(u"string"_s, value.toString()); break;
+    }
+    xml.writeEndElement();
+}
+
+} // namespace kel

@@ -1,0 +1,67 @@
+// Uses the installed library the three ways a host can; exits non-zero on the first difference.
+#include <KelControls8/kelcontrols8.h>
+
+#include "ui_orderform.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QUiLoader>
+#include <cstdio>
+
+static int failures = 0;
+
+static void expect(bool ok, const char *what)
+{
+    if (!ok) {
+        std::fprintf(stderr, "consumer: %s\n", what);
+        ++failures;
+    }
+}
+
+// The same two values, however the form was made.
+static void checkForm(QWidget *form, const char *how)
+{
+    auto *customer = form->findChild<kel::KelText *>(QStringLiteral("customer"));
+    auto *amount = form->findChild<kel::KelNumber *>(QStringLiteral("amount"));
+    expect(customer && customer->Text() == QStringLiteral("Smith & Sons"), how);
+    expect(amount && amount->Value().toDouble() == 1234.5 && amount->Decimals() == 2, how);
+}
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+
+    // C++ code and a property bag.
+    QWidget coded;
+    auto *customer = new kel::KelText(&coded);
+    customer->setObjectName(QStringLiteral("customer"));
+    kel::MemoryPropertyBag bag;
+    bag.set(QStringLiteral("Text"), QStringLiteral("Smith & Sons"));
+    customer->ReadProperties(bag);
+    auto *amount = qobject_cast<kel::KelNumber *>(kel::createObject(QStringLiteral("KelNumber"), &coded));
+    amount->setObjectName(QStringLiteral("amount"));
+    amount->setDecimals(2);
+    amount->setValue(1234.5);
+    checkForm(&coded, "C++");
+
+    // uic.
+    QWidget compiled;
+    Ui::OrderForm ui;
+    ui.setupUi(&compiled);
+    checkForm(&compiled, "uic");
+
+    // QUiLoader with the installed Designer plugin.
+    QUiLoader loader;
+    loader.addPluginPath(QStringLiteral(KEL_DESIGNER_PLUGIN_DIR));
+    QFile source(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());
+    if (source.open(QIODevice::ReadOnly)) {
+        std::unique_ptr<QWidget> loaded(loader.load(&source));
+        expect(loaded != nullptr, "QUiLoader cannot load the form");
+        if (loaded)
+            checkForm(loaded.get(), "QUiLoader");
+    } else {
+        expect(false, "no .ui file given");
+    }
+    std::printf("consumer: %s\n", failures ? "FAILED" : "ok");
+    return failures ? 1 : 0;
+}

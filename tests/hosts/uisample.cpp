@@ -1,0 +1,128 @@
+#include "uisample.h"
+
+#include "library/typemodel.h"
+
+#include <QHash>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace kel::test {
+
+QStringList controlClasses()
+{
+    registerKelControls8();
+    QStringList names;
+    for (const QString &name : ClassFactory::classNames())
+        if (const auto *cls = typemodel::findClass(name); cls && cls->isControl)
+            names << name;
+    return names;
+}
+
+QString sampleObjectName(const QString &className)
+{
+    return className.at(0).toLower() + className.mid(1);
+}
+
+// Values that exercise order: Decimals rounds Value, MinValue and MaxValue bracket it.
+static Variant preferredValue(const QString &name)
+{
+    static const QHash<QString, Variant> values = {
+        {u"Caption"_s, u"Sample caption"_s}, {u"CaptionWidth"_s, qint16(1200)}, {u"Decimals"_s, qint16(3)},
+        {u"MaxLength"_s, qint16(40)},        {u"MaxValue"_s, 500.1234},            {u"MinValue"_s, -50.0},
+        {u"PasswordChar"_s, u"*"_s},         {u"Text"_s, u"Sample text"_s},     {u"UpDownChange"_s, 2.5},
+        {u"Value"_s, 123.4567},
+    };
+    return values.value(name);
+}
+
+std::vector<PersistedProperty> sampleValues(const QString &className)
+{
+    std::vector<PersistedProperty> out;
+    for (const PersistedProperty &p : persistedProperties(className)) {
+        const Variant &d = p.value;
+        Variant v = preferredValue(p.name);
+        if (v.type() != d.type() || !differs(v, d)) {
+            switch (d.type()) {
+            case Variant::Type::Boolean: v = !d.toBool(); break;
+            case Variant::Type::Integer: v = qint16(d.toInt16() + 3); break;
+            case Variant::Type::Long: v = qint32(d.toInt32() + 3); break;
+            case Variant::Type::Double: v = d.toDouble() + 1.5; break;
+            case Variant::Type::Date: v = Date{d.toDate().serial + 1}; break;
+            default: v = u"Sample "_s + p.name; break;
+            }
+        }
+        out.push_back({p.name, v});
+    }
+    return out;
+}
+
+MemoryPropertyBag sampleBag(const QString &className)
+{
+    MemoryPropertyBag bag;
+    for (const PersistedProperty &p : sampleValues(className))
+        bag.set(p.name, p.value);
+    return bag;
+}
+
+QString sampleUi(UiOrder order)
+{
+    QString text;
+    QXmlStreamWriter xml(&text);
+    xml.setAutoFormatting(true);
+    xml.writeStartDocument();
+    xml.writeStartElement(u"ui"_s);
+    xml.writeAttribute(u"version"_s, u"4.0"_s);
+    xml.writeTextElement(u"class"_s, u"KelForm"_s);
+    xml.writeStartElement(u"widget"_s);
+    xml.writeAttribute(u"class"_s, u"QWidget"_s);
+    xml.writeAttribute(u"name"_s, u"KelForm"_s);
+    const QStringList classes = controlClasses();
+    int y = 8;
+    for (const QString &className : classes) {
+        std::unique_ptr<QObject> probe(createObject(className));
+        const QMetaObject *mo = probe->metaObject();
+        std::vector<PersistedProperty> props = sampleValues(className);
+        const auto sheetIndex = [mo](const PersistedProperty &p) { return mo->indexOfProperty(p.name.toUtf8().constData()); };
+        std::stable_sort(props.begin(), props.end(), [&](const PersistedProperty &a, const PersistedProperty &b) {
+            switch (order) {
+            case UiOrder::PropertySheet: return sheetIndex(a) < sheetIndex(b);
+            case UiOrder::Reversed: return sheetIndex(a) > sheetIndex(b);
+            case UiOrder::Alphabetical: return a.name < b.name;
+            }
+            return false;
+        });
+        xml.writeStartElement(u"widget"_s);
+        xml.writeAttribute(u"class"_s, u"kel::"_s + className);
+        xml.writeAttribute(u"name"_s, sampleObjectName(className));
+        xml.writeStartElement(u"property"_s);
+        xml.writeAttribute(u"name"_s, u"geometry"_s);
+        xml.writeStartElement(u"rect"_s);
+        for (const auto &[k, v] : {std::pair{u"x"_s, 8}, {u"y"_s, y}, {u"width"_s, 320}, {u"height"_s, 40}})
+            xml.writeTextElement(k, QString::number(v));
+        xml.writeEndElement();
+        xml.writeEndElement();
+        for (const PersistedProperty &p : props)
+            writeUiProperty(xml, p.name, plainValue(p.value));
+        xml.writeEndElement();
+        y += 48;
+    }
+    xml.writeEndElement();
+    xml.writeStartElement(u"customwidgets"_s);
+    for (const QString &className : classes) {
+        xml.writeStartElement(u"customwidget"_s);
+        xml.writeTextElement(u"class"_s, u"kel::"_s + className);
+        xml.writeTextElement(u"extends"_s, u"QWidget"_s);
+        xml.writeStartElement(u"header"_s);
+        xml.writeAttribute(u"location"_s, u"global"_s);
+        xml.writeCharacters(u"KelControls8/kelcontrols8.h"_s);
+        xml.writeEndElement();
+        xml.writeEndElement();
+    }
+    xml.writeEndElement();
+    xml.writeEndElement();
+    xml.writeEndDocument();
+    return text;
+}
+
+} // namespace kel::test

@@ -1,0 +1,22 @@
+#pragma once
+// A form of every control with a non-default value in every persisted property, as a .ui text
+// in a chosen property order and as the property bag a saved form would hold.
+#include "persisted.h"
+
+#include <QStringList>
+
+namespace kel::test {
+
+enum class UiOrder { PropertySheet, Reversed, Alphabetical };
+
+// Every control class of the factory.
+QStringList controlClasses();
+// The object name a class gets in the sample form.
+QString sampleObjectName(const QString &className);
+// Non-default values of every persisted property of the class, in the control's reading order.
+std::vector<PersistedProperty> sampleValues(const QString &className);
+MemoryPropertyBag sampleBag(const QString &className);
+// Designer writes properties in property-sheet order: the meta-object's, base classes first.
+QString sampleUi(UiOrder order = UiOrder::PropertySheet);
+
+} // namespace kel::test
