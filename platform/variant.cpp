@@ -252,43 +252,6 @@ QString Variant::debugString() const
     return typeName() + u'(' + toString() + u')';
 }
 
-namespace {
-
-Variant fromDateValue(std::optional<double> serial) { return serial ? Variant(Date{*serial}) : Variant(Null); }
-
-// Designer, QUiLoader, uic code and scripts set and read properties with plain QVariants; these
-// let Variant and Date properties take and give them like any other.
-[[maybe_unused]] const bool convertersRegistered = [] {
-    QMetaType::registerConverter<bool, Variant>([](bool b) { return Variant(b); });
-    QMetaType::registerConverter<int, Variant>([](int i) { return Variant(qint32(i)); });
-    QMetaType::registerConverter<short, Variant>([](short i) { return Variant(qint16(i)); });
-    QMetaType::registerConverter<double, Variant>([](double d) { return Variant(d); });
-    QMetaType::registerConverter<QString, Variant>([](const QString &s) { return Variant(s); });
-    QMetaType::registerConverter<QDate, Variant>([](QDate d) { return fromDateValue(fromQDate(d)); });
-    QMetaType::registerConverter<QDateTime, Variant>([](const QDateTime &d) { return fromDateValue(fromQDateTime(d)); });
-    QMetaType::registerConverter<QTime, Variant>([](QTime t) {
-        return t.isValid() ? fromDateValue(TimeSerial(t.hour(), t.minute(), t.second())) : Variant(Null);
-    });
-    QMetaType::registerConverter<Date, Variant>([](Date d) { return Variant(d); });
-    QMetaType::registerConverter<Variant, bool>([](const Variant &v) { return v.toBool(); });
-    QMetaType::registerConverter<Variant, int>([](const Variant &v) { return int(v.toInt32()); });
-    QMetaType::registerConverter<Variant, double>([](const Variant &v) { return v.toDouble(); });
-    QMetaType::registerConverter<Variant, QString>([](const Variant &v) { return v.toString(); });
-    QMetaType::registerConverter<Variant, QDateTime>([](const Variant &v) {
-        bool ok = false;
-        const Date d = v.toDate(&ok);
-        return ok ? toQDateTime(d.serial) : QDateTime();
-    });
-    QMetaType::registerConverter<Date, QDate>([](Date d) { return toQDate(d.serial); });
-    QMetaType::registerConverter<Date, QDateTime>([](Date d) { return toQDateTime(d.serial); });
-    QMetaType::registerConverter<Date, double>([](Date d) { return d.serial; });
-    QMetaType::registerConverter<QDate, Date>([](QDate d) { return Date{fromQDate(d).value_or(0)}; });
-    QMetaType::registerConverter<QDateTime, Date>([](const QDateTime &d) { return Date{fromQDateTime(d).value_or(0)}; });
-    QMetaType::registerConverter<double, Date>([](double d) { return Date{d}; });
-    return true;
-}();
-
-} // namespace
 
 } // namespace kel
 
