@@ -11,6 +11,17 @@ using namespace kel;
 
 using Form = test::TwoFieldForm<KelText>;
 
+// Types characters that have no key of their own, as an input method's key events bring them.
+static void typeChars(QWidget *w, const QString &text)
+{
+    for (const QChar c : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(w, &press);
+        QKeyEvent release(QEvent::KeyRelease, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(w, &release);
+    }
+}
+
 static QWidget *box(KelText *t, int i) { return t->findChild<QWidget *>(i ? QStringLiteral("Text1(1)") : QStringLiteral("Text1(0)")); }
 
 class TestKelText : public QObject
@@ -50,6 +61,52 @@ private slots:
         QCOMPARE(t.Text(), text);
         QCOMPARE(t.TextRaw(), text);
         QCOMPARE(change.count(), changes);
+    }
+
+    // Whatever a host sets comes back exactly, unchanged and not Changed; typing and copying
+    // next to it keep it too.
+    void multiLineKeepsAnyText_data()
+    {
+        QTest::addColumn<QString>("text");
+        const auto s = [](std::initializer_list<char16_t> units) { return QString(reinterpret_cast<const QChar *>(units.begin()), qsizetype(units.size())); };
+        QTest::newRow("stand-in characters") << s({u'a', 0xFDEA, u'b', 0xFDEB, 0xFDEC, u'c'});
+        QTest::newRow("frame markers") << s({0xFDD0, u'x', 0xFDD1});
+        QTest::newRow("separators") << s({u'a', 0x2029, 0x2028, u'b', 0x2029});
+        QTest::newRow("lone breaks") << u"\r\r\n\n\r\n\rx\n"_qs;
+        QTest::newRow("stand-in after a lone break") << s({u'\r', 0xFDEA, u'\n', 0xFDEA});
+        QTest::newRow("nul and lone surrogates") << s({0, u'a', 0xD800, u'b', 0xDC00});
+        QString every;
+        for (int u = 0; u <= 0xFFFF; ++u) { // one a line keeps surrogates lone
+            every += QChar(char16_t(u));
+            every += u"\r\n";
+        }
+        QTest::newRow("every code unit") << every;
+    }
+    void multiLineKeepsAnyText()
+    {
+        QFETCH(QString, text);
+        Form f;
+        QVERIFY(f.ready());
+        KelText *t = f.first;
+        t->setMultiLine(true);
+        t->setText(text);
+        QCOMPARE(t->TextRaw(), text);
+        QVERIFY(!t->Changed());
+        TextBox *b = t->Text1[1];
+        b->setSelStart(0);
+        b->setSelLength(int(text.size()));
+        QCOMPARE(b->SelText(), text);
+        QCOMPARE(b->SelLength(), int(text.size()));
+        box(t, 1)->setFocus(Qt::MouseFocusReason);
+        b->setSelStart(int(text.size()));
+        typeChars(box(t, 1), QString(u"x"_qs + QChar(0xFDEA)));
+        QCOMPARE(t->TextRaw(), text + u"x"_qs + QChar(0xFDEA));
+        b->setSelStart(0);
+        b->setSelLength(int(text.size()));
+        QTest::keyClick(box(t, 1), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), text);
+        b->setSelText(text); // replaced by itself
+        QCOMPARE(t->TextRaw(), text + u"x"_qs + QChar(0xFDEA));
     }
 
     void valid_data()
