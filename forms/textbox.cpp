@@ -123,6 +123,32 @@ char16_t standInAt(const QTextDocument *doc, int pos)
     return standInBefore(c);
 }
 
+// How much of `typed` fits into `room` characters of text, where every line break (CR LF, or
+// a lone character the box makes a break of) takes two. `used` gets what that part takes.
+qsizetype fitting(const QString &typed, int room, int *used = nullptr)
+{
+    int taken = 0;
+    qsizetype i = 0;
+    while (i < typed.size()) {
+        const bool pair = typed[i] == u'\r' && i + 1 < typed.size() && typed[i + 1] == u'\n';
+        const int width = pair || becomesBreak(typed[i]) ? 2 : 1;
+        if (taken + width > room)
+            break;
+        taken += width;
+        i += pair ? 2 : 1;
+    }
+    if (used)
+        *used = taken;
+    return i;
+}
+
+int lengthOf(const QString &typed)
+{
+    int used = 0;
+    fitting(typed, std::numeric_limits<int>::max(), &used);
+    return used;
+}
+
 // Document position -> text position (a paragraph break is two characters).
 int toTextPos(const QString &raw, int docPos)
 {
@@ -238,7 +264,7 @@ protected:
         }
         const QString typed = e->text();
         const bool typing = !typed.isEmpty() && typed[0] >= u' ' && !isReadOnly();
-        const int adding = typing ? int(typed.size()) : 0;
+        const int adding = typing ? lengthOf(typed) : 0;
         if (typing && room(adding) < adding) {
             e->accept();
             return;
@@ -254,7 +280,8 @@ protected:
     void inputMethodEvent(QInputMethodEvent *e) override
     {
         const QString commit = e->commitString();
-        const int fits = isReadOnly() ? 0 : room(int(commit.size()));
+        const int allowed = isReadOnly() ? 0 : room(lengthOf(commit));
+        const qsizetype fits = fitting(commit, allowed);
         if (fits < commit.size() || commit.contains(QChar(StandIn))) {
             QInputMethodEvent rest(e->preeditString(), e->attributes());
             QPlainTextEdit::inputMethodEvent(&rest);
@@ -272,12 +299,10 @@ protected:
         // Pasted line ends of any kind become line breaks.
         QString text = source->text();
         text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-        text.replace(u'\r', u'\n');
-        const int allowed = room(int(text.size()) + int(text.count(u'\n')));
-        int taken = 0, used = 0;
-        while (taken < text.size() && used + (text[taken] == u'\n' ? 2 : 1) <= allowed)
-            used += text[taken++] == u'\n' ? 2 : 1;
-        insertPlain(text.left(taken));
+        for (QChar &c : text)
+            if (becomesBreak(c))
+                c = u'\n';
+        insertPlain(text.left(fitting(text, room(lengthOf(text)))));
     }
 
     QMimeData *createMimeDataFromSelection() const override

@@ -2,6 +2,7 @@
 #include "kelfixture.h"
 
 #include <QClipboard>
+#include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
@@ -107,6 +108,49 @@ private slots:
         QCOMPARE(QApplication::clipboard()->text(), text);
         b->setSelText(text); // replaced by itself
         QCOMPARE(t->TextRaw(), text + u"x"_qs + QChar(0xFDEA));
+    }
+
+    // A paragraph separator typed, composed or pasted is a line break, two characters long.
+    void maxLengthCountsBreaksAsTwo_data()
+    {
+        QTest::addColumn<int>("max");
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<QString>("input");
+        QTest::addColumn<QString>("expected");
+        const QString ps(QChar(0x2029));
+        QTest::newRow("typed, no room") << 1 << u"type"_qs << ps << QString();
+        QTest::newRow("typed, room") << 2 << u"type"_qs << ps << u"\r\n"_qs;
+        QTest::newRow("composed, no room") << 1 << u"compose"_qs << ps << QString();
+        QTest::newRow("composed, cut before the break") << 2 << u"compose"_qs << QString(u"x"_qs + ps + u"y"_qs) << u"x"_qs;
+        QTest::newRow("pasted, cut before the break") << 2 << u"paste"_qs << QString(u"x"_qs + ps + u"y"_qs) << u"x"_qs;
+        QTest::newRow("pasted, break fits") << 3 << u"paste"_qs << QString(u"x"_qs + ps + u"y"_qs) << u"x\r\n"_qs;
+        QTest::newRow("pasted frame marker") << 2 << u"paste"_qs << QString(QChar(0xFDD0) + u"y"_qs) << u"\r\n"_qs;
+    }
+    void maxLengthCountsBreaksAsTwo()
+    {
+        QFETCH(int, max);
+        QFETCH(QString, how);
+        QFETCH(QString, input);
+        QFETCH(QString, expected);
+        Form f;
+        QVERIFY(f.ready());
+        KelText *t = f.first;
+        t->setMultiLine(true);
+        t->setMaxLength(qint16(max));
+        QWidget *w = box(t, 1);
+        w->setFocus(Qt::MouseFocusReason);
+        if (how == u"type") {
+            typeChars(w, input);
+        } else if (how == u"compose") {
+            QInputMethodEvent e(QString(), {});
+            e.setCommitString(input);
+            QApplication::sendEvent(w, &e);
+        } else {
+            QApplication::clipboard()->setText(input);
+            QTest::keyClick(w, Qt::Key_V, Qt::ControlModifier);
+        }
+        QCOMPARE(t->TextRaw(), expected);
+        QVERIFY(t->TextRaw().size() <= max);
     }
 
     void valid_data()
