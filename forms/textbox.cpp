@@ -337,7 +337,6 @@ TextBox::TextBox(Kind kind, UserControl *owner, const QString &objectName)
         m_multi->m_box = this;
         connect(m_multi, &QPlainTextEdit::textChanged, this, &TextBox::emitIfChanged);
     }
-    applyColours();
 }
 
 TextBox::~TextBox() = default;

@@ -93,7 +93,7 @@ private slots:
         t->setText(text);
         QCOMPARE(t->TextRaw(), text);
         QVERIFY(!t->Changed());
-        TextBox *b = t->Text1[1];
+        TextBox *b = t->Text1(1);
         b->setSelStart(0);
         b->setSelLength(int(text.size()));
         QCOMPARE(b->SelText(), text);
@@ -195,13 +195,37 @@ private slots:
         QVERIFY(!box(&t, 0)->isVisibleTo(&t));
         QVERIFY(box(&t, 1)->isVisibleTo(&t));
         QCOMPARE(t.TextRaw(), u"abc"_qs);
-        t.Text1[1]->setText(u"abc\r\nline 2\r\n\r\n"_qs);
+        t.Text1(1)->setText(u"abc\r\nline 2\r\n\r\n"_qs);
         QVERIFY(t.Changed());
         t.setMultiLine(false);
         QCOMPARE(t.Text(), u"abc\r\nline 2"_qs);
         QCOMPARE(t.TextOriginal(), u"abc\r\nline 2"_qs);
         QVERIFY(!t.Changed());
         QVERIFY(!t.MultiLine());
+    }
+
+    // The multi-line box, however late it is first used, carries what was set on the field.
+    void multiLineBoxTakesSettings()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        KelText *t = f.first;
+        t->setLocked(true);
+        t->setMaxLength(3);
+        t->setPasswordChar(u"*"_qs);
+        t->setEnabled(false);
+        t->TooltipSet(u"tip"_qs);
+        t->setMultiLine(true);
+        TextBox *b = t->Text1(1);
+        QCOMPARE(box(t, 1), b->widget());
+        QVERIFY(b->Locked());
+        QCOMPARE(b->MaxLength(), 3);
+        QCOMPARE(b->PasswordChar(), u"*"_qs);
+        QVERIFY(!b->Enabled());
+        QCOMPARE(b->ToolTipText(), u"tip"_qs);
+        QCOMPARE(b->BackColor(), librarySettings().FieldBackLocked);
+        QCOMPARE(b->widget()->font(), box(t, 0)->font());
+        QCOMPARE(t->Text1(2), nullptr);
     }
 
     void enterKey()
@@ -216,7 +240,7 @@ private slots:
 
         f.first->setMultiLine(true);
         box(f.first, 1)->setFocus(Qt::MouseFocusReason);
-        f.first->Text1[1]->setSelStart(2);
+        f.first->Text1(1)->setSelStart(2);
         QTest::keyClick(box(f.first, 1), Qt::Key_Return);
         QTest::keyClicks(box(f.first, 1), u"c"_qs);
         QCOMPARE(f.first->TextRaw(), u"ab\r\nc"_qs);
@@ -253,7 +277,7 @@ private slots:
         f.first->setText(text);
         QWidget *w = box(f.first, multi);
         w->setFocus(Qt::MouseFocusReason);
-        f.first->Text1[multi]->setSelStart(caret);
+        f.first->Text1(multi)->setSelStart(caret);
         QTest::keyClicks(w, u"x"_qs);
         QCOMPARE(f.first->TextRaw(), expected);
     }
@@ -264,7 +288,7 @@ private slots:
         QSignalSpy changed(&t, &UserControl::PropertyChanged);
         t.setPasswordChar(u"#!"_qs);
         QCOMPARE(t.PasswordChar(), u"#"_qs);
-        QCOMPARE(t.Text1[1]->PasswordChar(), u"#"_qs);
+        QCOMPARE(t.Text1(1)->PasswordChar(), u"#"_qs);
         QCOMPARE(qobject_cast<QLineEdit *>(box(&t, 0))->echoMode(), QLineEdit::Password);
         t.setPasswordChar(QString());
         QCOMPARE(qobject_cast<QLineEdit *>(box(&t, 0))->echoMode(), QLineEdit::Normal);
@@ -283,7 +307,7 @@ private slots:
         QCOMPARE(f.first->TextRaw(), u"abcdef"_qs);
         f.first->setText(u"ab"_qs);
         box(f.first, 0)->setFocus(Qt::MouseFocusReason);
-        f.first->Text1[0]->setSelStart(2);
+        f.first->Text1(0)->setSelStart(2);
         QTest::keyClicks(box(f.first, 0), u"xyz"_qs);
         QCOMPARE(f.first->TextRaw(), u"abx"_qs);
     }
@@ -361,14 +385,14 @@ private slots:
         QTest::keyClick(box(f.first, 0), Qt::Key_Insert, Qt::ShiftModifier);
         QCOMPARE(f.first->TextRaw(), u"clip"_qs);
         QVERIFY(!f.first->InsertMode()); // every Insert key-down toggles, Shift+Insert still pastes
-        f.first->Text1[0]->setLocked(true);
+        f.first->Text1(0)->setLocked(true);
         QTest::keyClick(box(f.first, 0), Qt::Key_Insert); // locked or not, silently
         QVERIFY(f.first->InsertMode());
         QCOMPARE(changed.count(), 0);
-        f.first->Text1[0]->setLocked(false);
+        f.first->Text1(0)->setLocked(false);
         f.first->setMultiLine(true);
         QCOMPARE(QApplication::focusWidget(), box(f.first, 1)); // the switch keeps the focus here
-        f.first->Text1[1]->setSelStart(4);
+        f.first->Text1(1)->setSelStart(4);
         QTest::keyClick(box(f.first, 1), Qt::Key_Return, Qt::ShiftModifier);
         QCOMPARE(f.first->TextRaw(), u"clip\r\n"_qs);
     }
