@@ -93,25 +93,32 @@ BENCHMARK(PlainQtForm)->Unit(benchmark::kMillisecond);
 BENCHMARK(KelText_TextTrailingPairs)->Arg(1000)->Arg(4000)->Unit(benchmark::kMillisecond);
 BENCHMARK(QPlainTextEdit_TextTrailingPairs)->Arg(1000)->Arg(4000)->Unit(benchmark::kMillisecond);
 
-// Keeps the CPU time a run of each benchmark took, for the ratios.
+// Keeps the mean CPU time of every benchmark (over repetitions too) for the ratios.
 class RatioReporter : public benchmark::ConsoleReporter
 {
 public:
     void ReportRuns(const std::vector<Run> &runs) override
     {
-        for (const Run &r : runs)
-            if (!r.error_occurred && r.run_type == Run::RT_Iteration)
-                m_times[r.benchmark_name()] = r.GetAdjustedCPUTime();
+        for (const Run &r : runs) {
+            if (r.error_occurred || r.run_type != Run::RT_Iteration)
+                continue;
+            std::string name = r.run_name.function_name;
+            if (!r.run_name.args.empty())
+                name += '/' + r.run_name.args;
+            auto &[total, count] = m_times[name];
+            total += r.GetAdjustedCPUTime();
+            ++count;
+        }
         ConsoleReporter::ReportRuns(runs);
     }
     double time(const std::string &name) const
     {
         const auto it = m_times.find(name);
-        return it == m_times.end() ? 0 : it->second;
+        return it == m_times.end() ? 0 : it->second.first / it->second.second;
     }
 
 private:
-    std::map<std::string, double> m_times;
+    std::map<std::string, std::pair<double, int>> m_times;
 };
 
 } // namespace
