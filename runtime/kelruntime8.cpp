@@ -6,7 +6,9 @@
 #include "platform/services.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <QScreen>
+#include <QSet>
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -95,14 +97,15 @@ enum class Part { Day, Month, Year, DayOfYear, Skip, Hour, Minute, Second };
 
 struct Slot {
     Part part;
-    int width; // digits it takes when a run of digits is split; a year takes 4, 2 or none
+    int width; // digits it takes when a run of digits is split; a year's varies
 };
 
 bool isTimePart(Part p) { return p == Part::Hour || p == Part::Minute || p == Part::Second; }
 
 struct Layout {
     std::vector<Slot> fields;
-    QStringList literals; // words the format prints as they are
+    QSet<QString> literals; // words the format prints as they are
+    bool hasWeekdayName = false, hasMonthName = false;
     bool hasDay = false, hasDayOfMonth = false, hasMonth = false, hasYear = false, hasTime = false;
 
     void add(Part p, int width)
@@ -137,8 +140,16 @@ void addQtPattern(const QString &f, Layout &out)
         }
         const qsizetype r = runOf(f, i, ch);
         switch (ch.unicode()) {
-        case u'd': if (r <= 2) out.add(Part::Day, 2); break;
-        case u'M': out.add(Part::Month, 2); break;
+        case u'd':
+            if (r <= 2)
+                out.add(Part::Day, 2);
+            else
+                out.hasWeekdayName = true;
+            break;
+        case u'M':
+            out.add(Part::Month, 2);
+            out.hasMonthName = out.hasMonthName || r >= 3;
+            break;
         case u'y': out.add(Part::Year, 4); break;
         case u'h': case u'H': out.add(Part::Hour, 2); break;
         case u'm': out.add(Part::Minute, 2); break;
@@ -203,19 +214,19 @@ Layout analyse(const QString &format, const QLocale &locale)
         return out;
     }
     bool afterHour = false;
+    QString literalText;
     for (qsizetype i = 0; i < format.size();) {
         const QChar ch = format[i];
         const QChar lc = ch.toLower();
         if (ch == u'"') {
             const qsizetype end = format.indexOf(u'"', i + 1);
-            for (const Token &t : tokenize(format.mid(i + 1, (end < 0 ? format.size() : end) - i - 1)))
-                out.literals << t.text.toString().toLower();
+            literalText += format.mid(i + 1, (end < 0 ? format.size() : end) - i - 1);
             i = end < 0 ? format.size() : end + 1;
             continue;
         }
         if (ch == u'\\') {
             if (i + 1 < format.size())
-                out.literals << format[i + 1].toLower();
+                literalText += format[i + 1];
             i += 2;
             continue;
         }
@@ -238,6 +249,8 @@ Layout analyse(const QString &format, const QLocale &locale)
             used = std::min<qsizetype>(run, 6);
             if (used <= 2)
                 out.add(Part::Day, 2);
+            else if (used <= 4)
+                out.hasWeekdayName = true;
             else if (used >= 5)
                 addQtPattern(locale.dateFormat(used == 5 ? QLocale::ShortFormat : QLocale::LongFormat), out);
             break;
@@ -254,6 +267,7 @@ Layout analyse(const QString &format, const QLocale &locale)
                 out.add(Part::Minute, 2);
             else
                 out.add(Part::Month, 2);
+            out.hasMonthName = out.hasMonthName || used >= 3;
             break;
         case u'n':
             used = std::min<qsizetype>(run, 2);
@@ -282,14 +296,17 @@ Layout analyse(const QString &format, const QLocale &locale)
             }
             break;
         default:
-            if (ch.isLetter())
-                out.literals << QString(lc);
+            literalText += ch;
             ++i; // a literal keeps an hour pending, as in FormatDate
             continue;
         }
         afterHour = wasHour;
         i += used;
+        literalText += u' ';
     }
+    for (const Token &t : tokenize(literalText))
+        if (!t.number)
+            out.literals.insert(t.text.toString().toLower());
     return out;
 }
 
@@ -347,9 +364,19 @@ struct Words {
     bool ok = true;
 };
 
-// Month names stand in the month's place, weekday names and ordinal endings are skipped,
-// the half-day marker is noted; any other word means the text is no date.
-Words readWords(std::vector<Token> &tokens, const QLocale &locale, const QStringList &literals = {})
+int monthNamed(const QString &word, const Names &n)
+{
+    for (int m = 0; m < 12; ++m)
+        if (matchesName(word, n.months[m]))
+            return m + 1;
+    return 0;
+}
+
+// Month names stand in the month's place, weekday names, ordinal endings and the format's own
+// words are skipped, the half-day marker is noted; any other word means the text is no date.
+// The locale's names come before English ones; a word naming both a month and a weekday
+// (French "mar.") is what the format shows.
+Words readWords(const std::vector<Token> &tokens, const QLocale &locale, const Layout &layout = {})
 {
     Words w;
     std::optional<Names> local;
@@ -361,9 +388,9 @@ Words readWords(std::vector<Token> &tokens, const QLocale &locale, const QString
         if ((word == u"a" || word == u"p") && i + 1 < tokens.size() && !tokens[i + 1].number
             && tokens[i + 1].text.compare(u"m", Qt::CaseInsensitive) == 0) {
             word += u'm';
-            tokens.erase(tokens.begin() + qsizetype(i) + 1);
+            ++i;
         }
-        if (literals.contains(word))
+        if (layout.literals.contains(word))
             continue;
         if (i > 0 && tokens[i - 1].number
             && (word == u"st" || word == u"nd" || word == u"rd" || word == u"th"))
@@ -373,39 +400,27 @@ Words readWords(std::vector<Token> &tokens, const QLocale &locale, const QString
             if (locale.language() != QLocale::English)
                 addNames(*local, locale);
         }
-        const Names *sets[] = {&englishNames(), &*local};
         bool known = false;
-        for (const Names *n : sets) {
-            if (n->am.contains(word) || n->pm.contains(word)) {
-                if (w.marker != Marker::None) {
-                    w.ok = false;
-                    return w;
-                }
-                w.marker = n->am.contains(word) ? Marker::Am : Marker::Pm;
-                known = true;
-                break;
+        for (const Names *n : {static_cast<const Names *>(&*local), &englishNames()}) {
+            const bool am = n->am.contains(word), pm = n->pm.contains(word);
+            const int month = monthNamed(word, *n);
+            const bool weekday = matchesName(word, n->weekdays);
+            if (am || pm) {
+                if (w.marker != Marker::None)
+                    return {0, Marker::None, false};
+                w.marker = am ? Marker::Am : Marker::Pm;
+            } else if (month && !(weekday && layout.hasWeekdayName && !layout.hasMonthName)) {
+                if (w.month)
+                    return {0, Marker::None, false};
+                w.month = month;
+            } else if (!weekday) {
+                continue;
             }
-            for (int m = 0; m < 12 && !known; ++m) {
-                if (matchesName(word, n->months[m])) {
-                    if (w.month) {
-                        w.ok = false;
-                        return w;
-                    }
-                    w.month = m + 1;
-                    known = true;
-                }
-            }
-            if (known)
-                break;
-            if (matchesName(word, n->weekdays)) {
-                known = true;
-                break;
-            }
+            known = true;
+            break;
         }
-        if (!known) {
-            w.ok = false;
-            return w;
-        }
+        if (!known)
+            return {0, Marker::None, false};
     }
     return w;
 }
@@ -442,9 +457,10 @@ void store(Values &v, Part part, QStringView digits)
     }
 }
 
-// Splits a run of digits over the fields from `first` on by their widths, a year taking 4, 2 or
-// no digits. Within the date (or the time) the split covering the most fields wins; a run too long
-// for them runs on into the time. Returns the field after the last one used.
+// Splits a run of digits over the fields from `first` on by their widths, a year taking 4, 3
+// (years before 1000 print so), 2 or no digits. Within the date (or the time) the split covering
+// the most fields wins; a whole date too long for them runs on into the time. Returns the field after
+// the last one used.
 std::optional<size_t> split(QStringView digits, const std::vector<Slot> &fields, size_t first, Values &v)
 {
     const auto fits = [&](size_t count, int yearWidth) {
@@ -466,11 +482,13 @@ std::optional<size_t> split(QStringView digits, const std::vector<Slot> &fields,
     while (family < fields.size() && isTimePart(fields[family].part) == isTimePart(fields[first].part))
         ++family;
     for (size_t count = family - first; count >= 1; --count)
-        for (int yearWidth : {4, 2, 0})
+        for (int yearWidth : {4, 3, 2, 0})
             if (fits(count, yearWidth))
                 return first + count;
-    for (int yearWidth : {4, 2, 0})
-        for (size_t count = fields.size() - first; count > family - first; --count)
+    if (first != 0) // only the whole date and time typed as one run runs on
+        return std::nullopt;
+    for (int yearWidth : {4, 3, 2, 0})
+        for (size_t count = fields.size(); count > family; --count)
             if (fits(count, yearWidth))
                 return first + count;
     return std::nullopt;
@@ -521,9 +539,16 @@ Variant KelRuntimeDates::ParseDate(const QString &text, const QString &format, c
         return Date{*fallback};
     const QDate today = toQDate(*fallback);
 
-    std::vector<Token> tokens = tokenize(text);
     Layout layout = analyse(format, m_locale);
-    const Words words = readWords(tokens, m_locale, layout.literals);
+    // ISO 8601 text (what dates convert to as text) reads the same under every format.
+    static const QRegularExpression iso(QStringLiteral("^\\d{4}-\\d{1,2}-\\d{1,2}(?:$|[T ](\\d.*)$)"));
+    if (const auto m = iso.match(trimmed); m.hasMatch() && (layout.fields.empty() || layout.fields[0].part != Part::Year)) {
+        const QString isoText = trimmed.left(m.capturedStart(1) < 0 ? trimmed.size() : m.capturedStart(1) - 1);
+        const QString timeText = layout.hasTime ? m.captured(1) : QString();
+        return ParseDate(isoText + u' ' + timeText, u"yyyy-mm-dd hh:nn:ss"_s, Date{*fallback}, birthday);
+    }
+    std::vector<Token> tokens = tokenize(text);
+    const Words words = readWords(tokens, m_locale, layout);
     if (!words.ok)
         return Null;
     std::vector<Slot> &fields = layout.fields;
@@ -545,7 +570,9 @@ Variant KelRuntimeDates::ParseDate(const QString &text, const QString &format, c
 
     Values v;
     size_t at = 0;
-    const bool oneRun = numbers.size() == 1 && numbers[0].size() > 2 && !words.month && !fields.empty() && !isTimePart(fields[0].part);
+    // A lone run of digits is the whole date without separators ("1503", "15032013").
+    const bool oneRun = numbers.size() == 1 && numbers[0].size() > 2 && !words.month && !fields.empty()
+            && !isTimePart(fields[0].part);
     for (QStringView n : numbers) {
         if (at >= fields.size() || n.size() > kMaxDigits)
             return Null;
@@ -574,7 +601,8 @@ Variant KelRuntimeDates::ParseDate(const QString &text, const QString &format, c
     if (!seconds)
         return Null;
 
-    int year = today.year(), month = today.month(), day = 1;
+    // A format without a day shows the month (its first day); one without any date, the default date.
+    int year = today.year(), month = today.month(), day = layout.hasDate() ? 1 : today.day();
     if (v.month)
         month = *v.month;
     else if (words.month)
@@ -643,9 +671,24 @@ Variant KelRuntimeDates::ParseTime(const QString &text)
     for (const Token &t : tokens)
         if (t.number)
             numbers.push_back(t.text);
-    // A date before the time: read in the regional order, as the general date shows it.
-    if (words.month || numbers.size() > 3 || trimmed.contains(u'/') || trimmed.contains(u'-'))
-        return ParseDate(text, u"ddddd hh:nn:ss"_s, Variant(), false);
+    if (words.month || numbers.size() > 3 || trimmed.contains(u'/') || trimmed.contains(u'-')) {
+        // A date in front: the time is the last numbers joined by colons.
+        size_t first = numbers.empty() ? 0 : numbers.size() - 1;
+        while (first > 0 && numbers.size() - first < 3) {
+            const QChar *gapStart = numbers[first - 1].data() + numbers[first - 1].size();
+            if (QStringView(gapStart, numbers[first].data()) != u":")
+                break;
+            --first;
+        }
+        // A whole date in the regional order is kept; anything less is only what the time
+        // field's format shows beside the time, and is dropped.
+        if (first >= 3 || (first >= 2 && words.month)) {
+            const Variant dated = ParseDate(text, u"ddddd hh:nn:ss"_s, Variant(), false);
+            if (!dated.isNull())
+                return dated;
+        }
+        numbers.erase(numbers.begin(), numbers.begin() + qsizetype(first));
+    }
     Values v;
     if (numbers.size() == 1) {
         static const std::vector<Slot> fields{{Part::Hour, 2}, {Part::Minute, 2}, {Part::Second, 2}};
