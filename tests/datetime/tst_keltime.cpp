@@ -1,6 +1,6 @@
 #include "controls/datetime/keltime.h"
-#include "fakedates.h"
 #include "keys.h"
+#include "kelfixture.h"
 
 #include <QApplication>
 #include <QSignalSpy>
@@ -29,7 +29,7 @@ class TestKelTime : public QObject
 private slots:
     void init()
     {
-        useFakeDates();
+        useRuntime();
         rec = recordServices();
         f = std::make_unique<Form>();
         t = f->first;
