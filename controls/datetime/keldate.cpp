@@ -36,16 +36,6 @@ const std::vector<Persisted> &readOrder()
     return table;
 }
 
-const std::vector<Persisted> &writeOrder()
-{
-    static const std::vector<Persisted> table = [] {
-        std::vector<Persisted> t = readOrder();
-        std::swap(t[11], t[12]); // "Value" before "UpDown"
-        return t;
-    }();
-    return table;
-}
-
 } // namespace
 
 KelDate::KelDate(QWidget *parent) : DateTimeField(parent)
@@ -185,23 +175,13 @@ void KelDate::step(int direction)
             break;
         }
     }
-    finishStep(value, caret, noValue, true);
+    finishStep(value, shown, caret, noValue, true);
 }
 
 void KelDate::onInitProperties()
 {
-    m_format = DefaultFormat;
-    m_insertMode = false;
-    m_mandatory = true;
-    m_maxValue = kMaxDaySerial;
-    m_minValue = kMinDaySerial;
-    m_selectOnFocus = false;
-    m_upDown = true;
-    UpDown1->setVisible(true);
+    initDefaults(DefaultFormat, kMinDaySerial, kMaxDaySerial);
     m_daysFlag = Allow;
-    Label1->setCaption(objectName());
-    Label1->setForeColor(0x8000000D);
-    showText(QString());
 }
 
 void KelDate::onReadProperties(PropertyBag &bag)
@@ -216,6 +196,6 @@ void KelDate::onReadProperties(PropertyBag &bag)
             setValue(Date{*v});
     }
 }
-void KelDate::onWriteProperties(PropertyBag &bag) { writeProperties(bag, writeOrder()); }
+void KelDate::onWriteProperties(PropertyBag &bag) { writeProperties(bag, readOrder()); }
 
 } // namespace kel

@@ -27,6 +27,7 @@ public:
 protected:
     Wording wording() const override;
     std::optional<double> parse(const QString &text) const override;
+    // A date given with a time of day shows and saves as that day.
     double normalised(double serial) const override { return std::floor(serial); }
     double pinned(double serial) const override;
     Variant persistedValue() const override;
