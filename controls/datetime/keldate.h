@@ -7,15 +7,16 @@
 
 namespace kel {
 
-/// How the date field pins the day, and whether it holds a date of birth.
-enum KelDateDaysFlag : qint32 { Allow = 0, FirstDay = 1, LastDay = 2, BirthDay = 3 };
-
 class KEL_EXPORT KelDate : public DateTimeField
 {
     Q_OBJECT
     Q_PROPERTY(qint32 DaysFlag READ DaysFlag WRITE setDaysFlag)
 
 public:
+    /// How the field pins the day, and whether it holds a date of birth.
+    enum KelDateDaysFlag : qint32 { Allow = 0, FirstDay = 1, LastDay = 2, BirthDay = 3 };
+    Q_ENUM(KelDateDaysFlag)
+
     explicit KelDate(QWidget *parent = nullptr);
 
     /// A KelDateDaysFlag; other numbers are ignored. A held date is pinned at once.

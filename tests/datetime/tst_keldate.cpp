@@ -8,6 +8,7 @@
 
 using namespace kel;
 using namespace kel::test;
+using enum KelDate::KelDateDaysFlag;
 
 namespace {
 
