@@ -16,25 +16,14 @@ namespace {
 constexpr int Repeats = 10000;
 const QDate Start(2000, 1, 1);
 
-struct DateForm {
-    QWidget window;
-    KelDate *date = new KelDate(&window);
-    QLineEdit *text1 = date->findChild<QLineEdit *>(QStringLiteral("Text1"));
-    DateForm()
-    {
-        date->setGeometry(0, 0, 300, 20);
-        window.resize(320, 40);
-        window.show();
-        QApplication::processEvents();
-    }
-};
+using DateForm = bench::FieldForm<KelDate>;
 
 void KelDate_UpKey(benchmark::State &state)
 {
     DateForm form;
     for (auto _ : state) {
         state.PauseTiming();
-        form.date->setValue(Date{*fromQDate(Start)});
+        form.field->setValue(Date{*fromQDate(Start)});
         form.text1->setCursorPosition(0); // on the day
         state.ResumeTiming();
         for (int i = 0; i < Repeats; ++i) {
@@ -44,7 +33,7 @@ void KelDate_UpKey(benchmark::State &state)
             QApplication::sendEvent(form.text1, &release);
         }
     }
-    if (toQDate(form.date->Value().toDouble()) != Start.addDays(Repeats))
+    if (toQDate(form.field->Value().toDouble()) != Start.addDays(Repeats))
         state.SkipWithError("the field did not step");
 }
 

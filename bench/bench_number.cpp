@@ -14,19 +14,13 @@ namespace {
 
 constexpr int Repeats = 10000;
 
-// A shown window holding one number field with its spinner.
-struct NumberForm {
-    QWidget window;
-    KelNumber *number = new KelNumber(&window);
-    QLineEdit *text1 = number->findChild<QLineEdit *>(QStringLiteral("Text1"));
+// A number field with its spinner.
+struct NumberForm : bench::FieldForm<KelNumber> {
+    KelNumber *number = field;
     NumberForm()
     {
-        number->setGeometry(0, 0, 300, 20);
         number->setUpDown(true);
         number->setMandatory(false);
-        window.resize(320, 40);
-        window.show();
-        QApplication::processEvents();
     }
 };
 

@@ -5,6 +5,7 @@
 #include "runtime/kelruntime8.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -15,6 +16,21 @@
 #include <vector>
 
 namespace kel::bench {
+
+// A shown window holding one field, and the field's text box for the keys.
+template<class Field>
+struct FieldForm {
+    QWidget window;
+    Field *field = new Field(&window);
+    QLineEdit *text1 = field->template findChild<QLineEdit *>(QStringLiteral("Text1"));
+    FieldForm()
+    {
+        field->setGeometry(0, 0, 300, 20);
+        window.resize(320, 40);
+        window.show();
+        QApplication::processEvents();
+    }
+};
 
 class RatioReporter : public benchmark::ConsoleReporter
 {

@@ -16,11 +16,11 @@ void addDateFields(QWidget *form, int &y)
         Variant value, min, max;
     };
     const Row rows[] = {
-        {false, u"datToday", u"Today", u"dd/mm/yyyy", Allow, u"Now", {}, {}},
-        {false, u"datBirth", u"Birthday", u"dd mmm yyyy", BirthDay, u"14071985", {}, {}},
-        {false, u"datPeriod", u"Period from", u"dd/mm/yyyy", FirstDay, u"Now", {}, {}},
+        {false, u"datToday", u"Today", u"dd/mm/yyyy", KelDate::Allow, u"Now", {}, {}},
+        {false, u"datBirth", u"Birthday", u"dd mmm yyyy", KelDate::BirthDay, u"14071985", {}, {}},
+        {false, u"datPeriod", u"Period from", u"dd/mm/yyyy", KelDate::FirstDay, u"Now", {}, {}},
         {true, u"timStart", u"Start time", u"hh:mm:ss", 0, u"08:30:15", {}, {}},
-        {false, u"datWindow", u"In March 2013", u"dd/mm/yyyy", Allow, u"15032013", Date{*DateSerial(2013, 3, 1)},
+        {false, u"datWindow", u"In March 2013", u"dd/mm/yyyy", KelDate::Allow, u"15032013", Date{*DateSerial(2013, 3, 1)},
          Date{*DateSerial(2013, 3, 31)}},
     };
     for (const Row &r : rows) {

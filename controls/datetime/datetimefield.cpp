@@ -5,6 +5,7 @@
 #include "platform/format.h"
 #include "platform/services.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kel {
@@ -63,7 +64,7 @@ void DateTimeField::setMaxValue(Date value)
 {
     if (!isValidDaySerial(value.serial))
         return;
-    m_maxValue = normalised(value.serial);
+    m_maxValue = bound(value.serial);
     propertyChanged(QStringLiteral("MaxValue"));
     if (m_minValue > m_maxValue)
         m_minValue = m_maxValue;
@@ -73,7 +74,7 @@ void DateTimeField::setMinValue(Date value)
 {
     if (!isValidDaySerial(value.serial))
         return;
-    m_minValue = normalised(value.serial);
+    m_minValue = bound(value.serial);
     propertyChanged(QStringLiteral("MinValue"));
     if (m_maxValue < m_minValue)
         m_maxValue = m_minValue;
@@ -122,6 +123,14 @@ void DateTimeField::setValue(const Variant &value)
     }
     m_valueOriginal = m_value;
     m_textDirty = false;
+}
+
+FieldControl::LayoutRules DateTimeField::layoutRules() const
+{
+    LayoutRules r = SpinField::layoutRules();
+    r.captionWithinWidth = false;
+    r.captionTakesFieldFont = false;
+    return r;
 }
 
 QString DateTimeField::formatted(double serial) const
@@ -186,10 +195,10 @@ void DateTimeField::formatChanged()
     }
 }
 
-void DateTimeField::finishStep(double value, int caret, bool noValue, bool focus)
+void DateTimeField::finishStep(double value, const QString &shown, int caret, bool noValue, bool focus)
 {
     m_value = Date{value};
-    showText(formatted(value));
+    showText(shown);
     if (focus)
         Text1->SetFocus();
     Text1->setSelStart(caret);
@@ -199,14 +208,34 @@ void DateTimeField::finishStep(double value, int caret, bool noValue, bool focus
     }
 }
 
-void DateTimeField::writeProperties(PropertyBag &bag, const std::vector<Persisted> &order)
+void DateTimeField::writeProperties(PropertyBag &bag, const std::vector<Persisted> &readOrder)
 {
+    std::vector<Persisted> order = readOrder;
+    const auto named = [&](QStringView name) {
+        return std::find_if(order.begin(), order.end(), [&](const Persisted &p) { return p.name == name; });
+    };
+    std::iter_swap(named(u"UpDown"), named(u"Value"));
     for (const Persisted &p : order) {
         if (p.name == u"Value")
             bag.WriteProperty(p.name, persistedValue(), p.writeDefault);
         else
             writePersisted(bag, {p});
     }
+}
+
+void DateTimeField::initDefaults(const QString &format, double min, double max)
+{
+    m_format = format;
+    m_insertMode = false;
+    m_mandatory = true;
+    m_minValue = min;
+    m_maxValue = max;
+    m_selectOnFocus = false;
+    m_upDown = true;
+    UpDown1->setVisible(true);
+    Label1->setCaption(objectName());
+    Label1->setForeColor(0x8000000D);
+    showText(QString());
 }
 
 bool DateTimeField::changedFrom(const Variant &reference)

@@ -72,6 +72,8 @@ protected:
     virtual std::optional<double> parse(const QString &text) const = 0;
     // A serial given from code, reduced to what the field holds.
     virtual double normalised(double serial) const = 0;
+    // A bound as the field keeps it.
+    virtual double bound(double serial) const { return serial; }
     // The day pinning of the date field; the time field keeps the value.
     virtual double pinned(double serial) const { return serial; }
     // Characters the box takes besides "+" and "-" (which step) and control characters.
@@ -81,6 +83,9 @@ protected:
     // The value as the property bag stores it.
     virtual Variant persistedValue() const = 0;
 
+    // The caption keeps its own font and may be wider than the control.
+    LayoutRules layoutRules() const override;
+
     QString formatted(double serial) const;
     double clamped(double v) const;
     std::optional<double> serialOf(const Variant &v) const;
@@ -89,9 +94,11 @@ protected:
     // Format was set: show the value in it.
     void formatChanged();
     // Shows a stepped value, puts the caret, and reports the move.
-    void finishStep(double value, int caret, bool noValue, bool focus);
-    // Writes the table in its order, "Value" in its persisted form.
-    void writeProperties(PropertyBag &bag, const std::vector<Persisted> &order);
+    void finishStep(double value, const QString &shown, int caret, bool noValue, bool focus);
+    // Writes the read table in the saving order ("Value", in its persisted form, before "UpDown").
+    void writeProperties(PropertyBag &bag, const std::vector<Persisted> &readOrder);
+    // A control newly placed on a form.
+    void initDefaults(const QString &format, double min, double max);
 
     void onExitFocus() override;
 

@@ -7,15 +7,16 @@
 
 namespace kel {
 
-/// How the date field pins the day, and whether it holds a date of birth.
-enum KelDateDaysFlag : qint32 { Allow = 0, FirstDay = 1, LastDay = 2, BirthDay = 3 };
-
 class KEL_EXPORT KelDate : public DateTimeField
 {
     Q_OBJECT
     Q_PROPERTY(qint32 DaysFlag READ DaysFlag WRITE setDaysFlag)
 
 public:
+    /// How the field pins the day, and whether it holds a date of birth.
+    enum KelDateDaysFlag : qint32 { Allow = 0, FirstDay = 1, LastDay = 2, BirthDay = 3 };
+    Q_ENUM(KelDateDaysFlag)
+
     explicit KelDate(QWidget *parent = nullptr);
 
     /// A KelDateDaysFlag; other numbers are ignored. A held date is pinned at once.
@@ -27,6 +28,7 @@ public:
 protected:
     Wording wording() const override;
     std::optional<double> parse(const QString &text) const override;
+    // A date given with a time of day shows and saves as that day.
     double normalised(double serial) const override { return std::floor(serial); }
     double pinned(double serial) const override;
     Variant persistedValue() const override;
@@ -37,6 +39,8 @@ protected:
     void onWriteProperties(PropertyBag &bag) override;
 
 private:
+    std::optional<double> parseIn(const QString &text, const QString &format) const;
+
     qint32 m_daysFlag = Allow;
 };
 

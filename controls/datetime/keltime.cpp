@@ -32,16 +32,6 @@ const std::vector<Persisted> &readOrder()
     return table;
 }
 
-const std::vector<Persisted> &writeOrder()
-{
-    static const std::vector<Persisted> table = [] {
-        std::vector<Persisted> t = readOrder();
-        std::swap(t[10], t[11]); // "Value" before "UpDown"
-        return t;
-    }();
-    return table;
-}
-
 } // namespace
 
 KelTime::KelTime(QWidget *parent) : DateTimeField(parent)
@@ -124,22 +114,12 @@ void KelTime::step(int direction)
     const double value = clamped(stepped);
 
     const int p = int(upper.lastIndexOf(letters[part - 1])) + 1;
-    finishStep(value, p == upper.size() ? p + 1 : p, noValue, false);
+    finishStep(value, formatted(value), p == upper.size() ? p + 1 : p, noValue, false);
 }
 
 void KelTime::onInitProperties()
 {
-    m_format = DefaultFormat;
-    m_insertMode = false;
-    m_mandatory = true;
-    m_maxValue = LastSecond;
-    m_minValue = 0;
-    m_selectOnFocus = false;
-    m_upDown = true;
-    UpDown1->setVisible(true);
-    Label1->setCaption(objectName());
-    Label1->setForeColor(0x8000000D);
-    showText(QString());
+    initDefaults(DefaultFormat, 0, LastSecond);
 }
 
 void KelTime::onReadProperties(PropertyBag &bag)
@@ -149,6 +129,6 @@ void KelTime::onReadProperties(PropertyBag &bag)
     if (!stored)
         setValue(qint16(0));
 }
-void KelTime::onWriteProperties(PropertyBag &bag) { writeProperties(bag, writeOrder()); }
+void KelTime::onWriteProperties(PropertyBag &bag) { writeProperties(bag, readOrder()); }
 
 } // namespace kel

@@ -24,6 +24,7 @@ protected:
     std::optional<double> parse(const QString &text) const override;
     // Only the time of day counts: bounds and values given as date-times lose their date.
     double normalised(double serial) const override { return serial - std::floor(serial); }
+    double bound(double serial) const override { return normalised(serial); }
     bool accepts(int keyAscii) const override;
     bool nullAlwaysValidWhenOptional() const override { return true; }
     Variant persistedValue() const override;
