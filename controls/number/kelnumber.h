@@ -2,10 +2,10 @@
 // A Double in one text box: grouped with fixed decimals and red parentheses for negatives while
 // the field rests, plain while it is edited, typed through a key filter that admits only what can
 // make a number, stepped by an optional spinner or the Up and Down keys, kept in MinValue..MaxValue.
-#include "platform/kelexport.h"
 #include "common/fieldcontrol.h"
 #include "forms/textbox.h"
 #include "forms/updown.h"
+#include "platform/kelexport.h"
 
 namespace kel {
 

@@ -1,9 +1,9 @@
 #pragma once
 // Free text, single- or multi-line, with overwrite typing, Enter as Tab, and the shared change
 // tracking, mandatory check and colours.
-#include "platform/kelexport.h"
 #include "common/fieldcontrol.h"
 #include "forms/textbox.h"
+#include "platform/kelexport.h"
 
 namespace kel {
 
