@@ -1,10 +1,11 @@
 #pragma once
-// What every entry control shares: caption and field layout, the background colour that records
-// focus and lock state, the caption colour for Mandatory, selection on focus, and persistence
-// through the public setters. A control states only where it departs.
-#include "platform/kelexport.h"
+/// \file
+/// What every entry control shares: caption and field layout, the background colour that records
+/// focus and lock state, the caption colour for Mandatory, selection on focus, and persistence
+/// through the public setters. A control states only where it departs.
 #include "forms/label.h"
 #include "forms/usercontrol.h"
+#include "platform/kelexport.h"
 #include "platform/variant.h"
 
 #include <QLocale>
@@ -12,8 +13,8 @@
 
 namespace kel {
 
-// A persisted property: readDefault on load; writeDefault on save, the value taken from
-// `writeFrom` when it names another member.
+/// A persisted property: readDefault on load; writeDefault on save, the value taken from
+/// `writeFrom` when it names another member.
 struct Persisted {
     QString name;
     Variant readDefault;
@@ -31,6 +32,8 @@ QLocale runtimeRegion();
 // The run-time object's field font on `field`; a run-time object without fonts leaves it alone.
 void takeFieldFont(Child *field);
 
+/// The base of the entry controls: a caption label (Label1) on the left, an editing field on the
+/// right, and the behaviour they share. Not created by itself.
 class KEL_EXPORT FieldControl : public UserControl
 {
     Q_OBJECT
@@ -43,63 +46,90 @@ class KEL_EXPORT FieldControl : public UserControl
     Q_PROPERTY(bool SelectOnFocus READ SelectOnFocus WRITE setSelectOnFocus)
 
 public:
+    /// A control with an empty caption of width 0; its properties are set by the container next.
     explicit FieldControl(QWidget *parent = nullptr);
 
+    /// The caption label; its width is CaptionWidth, its colour shows Mandatory.
     Label *const Label1;
 
+    /// The caption text.
     QString Caption() const { return Label1->Caption(); }
+    /// Sets the caption; the same text again changes and reports nothing.
     void setCaption(const QString &caption);
+    /// The caption's width in twips; the field starts there.
     qint16 CaptionWidth() const { return qint16(Label1->Width()); }
+    /// Sets the caption width and lays the control out at once; a negative width is ignored.
     void setCaptionWidth(qint16 width);
+    /// Whether the control takes input (its own state, not its parent's).
     bool Enabled() const { return !testAttribute(Qt::WA_ForceDisabled); }
+    /// Enables or disables the caption and the field, and recolours the field.
     void setEnabled(bool enabled);
+    /// True: typed characters are inserted; false: they overwrite. The Insert key toggles it.
     bool InsertMode() const { return m_insertMode; }
+    /// Sets the typing mode.
     void setInsertMode(bool insert);
+    /// Whether the field is read-only (it can still be focused and selected).
     bool Locked() const { return fields().front()->Locked(); }
+    /// Locks or unlocks the field, and recolours it.
     void setLocked(bool locked);
+    /// Whether the field must not be left empty (see Valid); shown by the caption colour.
     bool Mandatory() const { return m_mandatory; }
+    /// Sets Mandatory and the caption colour to match.
     void setMandatory(bool mandatory);
+    /// Whether entering the field with Tab selects all of its text (a click selects nothing).
     bool SelectOnFocus() const { return m_selectOnFocus; }
+    /// Sets SelectOnFocus.
     void setSelectOnFocus(bool select);
 
+    /// Repaints the field in use.
     Q_INVOKABLE void Refresh() { activeField()->Refresh(); }
+    /// Sets the tool tip of every field widget and of the control itself.
     Q_INVOKABLE void TooltipSet(const QString &Tooltip);
 
+    /// Greater than 0 while properties are being read or the layout runs; layout waits meanwhile.
     qint16 LoadingDepth() const { return m_loadingDepth; }
 
 protected:
-    // Every field widget, and the one in use.
+    /// Every field widget, and the one in use.
     virtual std::vector<Child *> fields() const = 0;
-    virtual Child *activeField() const = 0;
+    virtual Child *activeField() const = 0;   ///< the field widget in use
 
+    /// Height of the control: at least, or exactly, 300 twips.
     enum class HeightRule { AtLeast300, Exactly300 };
+    /// What a control narrower than its caption does.
     enum class WidthRule {
-        CaptionShrinks,  // narrower than the caption: widen to 100 at least, shrink the caption
-        StripMinimum,    // 100 twips plus the spinner strip at least, caption clear of the strip
+        CaptionShrinks,  ///< narrower than the caption: widen to 100 at least, shrink the caption
+        StripMinimum,    ///< 100 twips plus the spinner strip at least, caption clear of the strip
     };
+    /// Where a control departs from the common layout.
     struct LayoutRules {
         HeightRule height = HeightRule::AtLeast300;
         WidthRule width = WidthRule::CaptionShrinks;
-        double strip = 0;              // twips kept free at the right edge (the spinner)
+        double strip = 0;              ///< twips kept free at the right edge (the spinner)
         bool fullHeightCaption = false;
-        bool captionWithinWidth = false;    // CaptionWidth is cut to the inner width first
-        bool captionTakesFieldFont = false; // the caption shows in the field font
+        bool captionWithinWidth = false;    ///< CaptionWidth is cut to the inner width first
+        bool captionTakesFieldFont = false; ///< the caption shows in the field font
     };
+    /// This control's layout rules (the default: KelText's).
     virtual LayoutRules layoutRules() const { return {}; }
-    // Places whatever lives in the strip; the field itself is placed by layout().
+    /// Places whatever lives in the strip; the field itself is placed by layout().
     virtual void layoutStrip(double /*left*/, double /*width*/) {}
+    /// Places caption and field; does nothing while LoadingDepth is not 0.
     void layout();
 
-    // Colours: the field's own background is the record of its focus and lock state.
-    void colourFocused();                       // the active field got the focus
-    void colourExited();                        // the control lost the focus
-    void colourForState(bool lockedOrDisabled); // Locked or Enabled was set
-    // Selection on entry: all when the focus came by Tab, none when clicked.
+    /// Colours: the field's own background is the record of its focus and lock state.
+    void colourFocused();                       ///< the active field got the focus
+    void colourExited();                        ///< the control lost the focus
+    void colourForState(bool lockedOrDisabled); ///< Locked or Enabled was set
+    /// Selection on entry: all when the focus came by Tab, none when clicked.
     void selectOnEntry(EditChild *field);
 
+    /// Reads every persisted property through its setter, in `order`, with layout held off.
     void readPersisted(PropertyBag &bag, const std::vector<Persisted> &order);
+    /// Writes every persisted property with its default.
     void writePersisted(PropertyBag &bag, const std::vector<Persisted> &order);
 
+    /// Bold caption and fields.
     void setFontBoldAll(bool bold);
 
     void onResize() override { layout(); }

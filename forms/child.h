@@ -3,6 +3,7 @@
 // the events KeyDown / KeyPress (with codes a handler may change or zero), GotFocus, LostFocus,
 // Click, MouseDown and Change.
 #include "platform/kelexport.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QWidget>

@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/kelexport.h"
 #include "forms/child.h"
+#include "platform/kelexport.h"
 
 #include <QLabel>
 

@@ -1,6 +1,7 @@
 #pragma once
-// The base of every control: the container's lifecycle, focus entry and exit of the control as
-// a whole, property-changed notices, the extender's tool tip, and sizes in twips.
+/// \file
+/// The base of every control: the container's lifecycle, focus entry and exit of the control as
+/// a whole, property-changed notices, the extender's tool tip, and sizes in twips.
 #include "platform/kelexport.h"
 #include "platform/liveobjects.h"
 #include "platform/propertybag.h"
@@ -11,43 +12,56 @@ namespace kel {
 
 class Child;
 
+/// The base of every control: what a host's form container drives and sees of it.
 class KEL_EXPORT UserControl : public QWidget
 {
     Q_OBJECT
 public:
+    /// Counts as a live object of the library until destroyed (see DllCanUnloadNow).
     explicit UserControl(QWidget *parent = nullptr);
     ~UserControl() override;
 
-    // Driven by the container.
-    void InitProperties();                 // a control newly placed on a form
-    void ReadProperties(PropertyBag &bag); // a saved form is loaded
-    void WriteProperties(PropertyBag &bag);// the form is saved
+    /// A control newly placed on a form (a designer's drop): first-time defaults, no change reports.
+    void InitProperties();
+    /// A saved form is loaded: every persisted property is read from `bag` through its setter.
+    void ReadProperties(PropertyBag &bag);
+    /// The form is saved: every persisted property is written; values equal to their defaults are not stored.
+    void WriteProperties(PropertyBag &bag);
 
-    // Sizes in twips.
+    /// The control's width in twips (1/1440 inch).
     double Width() const { return m_widthTwips; }
+    /// The control's height in twips.
     double Height() const { return m_heightTwips; }
+    /// Resizes the control (the layout rules may then adjust it).
     void setWidth(double twips);
+    /// Resizes the control (the layout rules may then adjust it).
     void setHeight(double twips);
+    /// The inner width in twips (the control has no border, so Width()).
     double ScaleWidth() const { return m_widthTwips; }
+    /// The inner height in twips.
     double ScaleHeight() const { return m_heightTwips; }
 
-    // A handle unique to this control (its native window id once it has one). Not named
-    // windowHandle(): that would hide QWidget's own.
+    /// A handle unique to this control (its native window id once it has one). Not named
+    /// windowHandle(): that would hide QWidget's own.
     qint32 hWnd() const;
 
-    // The host extender's "ToolTipText": the control's own tool tip.
+    /// The host extender's "ToolTipText": the control's own tool tip.
     QString ExtenderToolTipText() const { return toolTip(); }
+    /// Sets the extender's tool tip; fields take it on the next show.
     void setExtenderToolTipText(const QString &text) { setToolTip(text); }
 
+    /// Whether the focus is in one of the control's child widgets.
     bool focusInside() const { return m_focusInside; }
 
 signals:
-    // A persisted property changed; the host's form needs saving.
+    /// A persisted property changed; the host's form needs saving.
     void PropertyChanged(const QString &name);
 
 protected:
+    /// Reports a persisted property as changed, by its bag name.
     void propertyChanged(const QString &name) { emit PropertyChanged(name); }
 
+    /// The container's events, for the control to handle.
     virtual void onInitProperties() {}
     virtual void onReadProperties(PropertyBag &) {}
     virtual void onWriteProperties(PropertyBag &) {}

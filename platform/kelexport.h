@@ -1,7 +1,9 @@
 #pragma once
-// Marks the library's public API: with hidden visibility, the only symbols a shared build exports.
+/// \file
+/// Marks the library's public API: with hidden visibility, the only symbols a shared build exports.
 #if defined(KEL_STATIC_DEFINE)
 #define KEL_EXPORT
 #else
+/// Marks a class or function as part of the public API.
 #define KEL_EXPORT __attribute__((visibility("default")))
 #endif

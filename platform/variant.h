@@ -1,6 +1,8 @@
 #pragma once
-// The classic run-time's variant: Empty, Null, Boolean, Integer, Long, Double, Date, String.
+/// \file
+/// The classic run-time's variant: Empty, Null, Boolean, Integer, Long, Double, Date, String.
 #include "platform/kelexport.h"
+
 #include <QMetaType>
 #include <QString>
 #include <QtGlobal>
@@ -11,73 +13,104 @@ class QObject;
 
 namespace kel {
 
-// A day serial: whole days since 30 December 1899, the fraction is the time of day.
+/// A day serial: whole days since 30 December 1899, the fraction is the time of day.
 struct Date {
+    /// Days since 30 December 1899; the fraction is the time of day.
     double serial = 0.0;
     friend bool operator==(Date a, Date b) { return a.serial == b.serial; }
 };
 
+/// The Empty value: a variant never assigned.
 struct EmptyT { friend bool operator==(EmptyT, EmptyT) { return true; } };
+/// The Null value: no valid data.
 struct NullT { friend bool operator==(NullT, NullT) { return true; } };
+/// Empty, for constructing variants.
 inline constexpr EmptyT Empty{};
+/// Null, for constructing variants.
 inline constexpr NullT Null{};
 
+/// A value of the classic runtime: Empty, Null, Boolean, Integer (16-bit), Long (32-bit),
+/// Double, Date, String or an object. Converts to plain QVariants for Qt properties.
 class KEL_EXPORT Variant
 {
 public:
+    /// The kind of value held, in the classic VarType order.
     enum class Type { Empty, Null, Boolean, Integer, Long, Double, Date, String, Object };
 
+    /// Empty.
     Variant() = default;
+    /// Empty.
     Variant(EmptyT) {}
+    /// Null.
     Variant(NullT) : m_v(NullT{}) {}
+    /// A Boolean.
     Variant(bool b) : m_v(b) {}
+    /// An Integer.
     Variant(qint16 i) : m_v(i) {}
+    /// A Long.
     Variant(qint32 l) : m_v(l) {}
+    /// A Double.
     Variant(double d) : m_v(d) {}
+    /// A Date.
     Variant(Date d) : m_v(d) {}
+    /// A String.
     Variant(const QString &s) : m_v(s) {}
+    /// A String.
     Variant(const char16_t *s) : m_v(QString::fromUtf16(s)) {}
+    /// A String.
     Variant(QLatin1StringView s) : m_v(QString(s)) {}
+    /// An object reference (a run-time object passed through dispatch).
     Variant(std::shared_ptr<QObject> o) : m_v(std::move(o)) {}
 
+    /// The kind of value held.
     Type type() const { return static_cast<Type>(m_v.index()); }
+    /// True for Empty.
     bool isEmpty() const { return type() == Type::Empty; }
+    /// True for Null.
     bool isNull() const { return type() == Type::Null; }
+    /// True for a String.
     bool isString() const { return type() == Type::String; }
+    /// The object held, or nullptr.
     std::shared_ptr<QObject> toObject() const;
 
-    // The classic numeric test: a number, a Boolean, Empty, or text that reads as a number.
+    /// The classic numeric test: a number, a Boolean, Empty, or text that reads as a number.
     bool isNumeric() const;
 
-    // Conversions as the classic runtime does them; ok (when given) says whether it could.
+    /// Conversions as the classic runtime does them; ok (when given) says whether it could.
     double toDouble(bool *ok = nullptr) const;
+    /// Nonzero numbers and "True" are true.
     bool toBool(bool *ok = nullptr) const;
+    /// Rounded half to even; no number or out of range gives 0 with *ok false.
     qint16 toInt16(bool *ok = nullptr) const;
+    /// Rounded half to even; no number or out of range gives 0 with *ok false.
     qint32 toInt32(bool *ok = nullptr) const;
-    QString toString() const;           // Null and Empty give ""
+    QString toString() const;           ///< Null and Empty give ""
+    /// A date, or a number taken as a day serial; for text *ok is false.
     Date toDate(bool *ok = nullptr) const;
 
-    // Raw access for exact typed reads.
+    /// Raw access for exact typed reads.
     template<class T> const T *get() const { return std::get_if<T>(&m_v); }
 
-    // Strict equality: same type and same value (Empty == Empty, Null == Null).
+    /// Strict equality: same type and same value (Empty == Empty, Null == Null).
     friend bool operator==(const Variant &a, const Variant &b) { return a.m_v == b.m_v; }
 
+    /// "Empty", "Null", "Boolean", ... as the classic TypeName.
     QString typeName() const;
+    /// The type and the value, for messages and tests.
     QString debugString() const;
 
 private:
     std::variant<EmptyT, NullT, bool, qint16, qint32, double, Date, QString, std::shared_ptr<QObject>> m_v;
 };
 
-// The classic a <> b between variants. A comparison involving Null is Null, which counts as not
-// different; Empty is 0 against a number and "" against text; numbers, Booleans and dates compare
-// by value; text compares exactly; a number never equals text.
+/// The classic a <> b between variants. A comparison involving Null is Null, which counts as not
+/// different; Empty is 0 against a number and "" against text; numbers, Booleans and dates compare
+/// by value; text compares exactly; a number never equals text.
 KEL_EXPORT bool differs(const Variant &a, const Variant &b);
 
-// Reads text as a number the way the classic numeric test does: blanks around, a sign before or
-// after, parentheses for negatives, digits with group separators, one decimal separator,
-// an exponent, or &H / &O radix prefixes. Uses the given separators.
+/// Reads text as a number the way the classic numeric test does: blanks around, a sign before or
+/// after, parentheses for negatives, digits with group separators, one decimal separator,
+/// an exponent, or &H / &O radix prefixes. Uses the given separators.
 KEL_EXPORT bool parseClassicNumber(const QString &text, QChar decimalSep, QChar groupSep, double *out);
 
 // Makes Variant and Date convertible to and from plain QVariants (numbers, text, booleans,

@@ -23,33 +23,54 @@ class KEL_EXPORT KelNumber : public SpinField
     Q_PROPERTY(double ValueSaved READ ValueSaved WRITE setValueSaved DESIGNABLE false)
 
 public:
+    /// A field holding 0 with the regional decimals; the container sets its properties next.
     explicit KelNumber(QWidget *parent = nullptr);
 
     // Reading the value commits what the user typed first, so these are not const.
     bool Changed() { return currentValue() != m_valueOriginal; }
     bool ChangedSaved() { return currentValue() != m_valueSaved; }
+    /// Whether the caption label reports changed data; CaptionToSave receives the caption when it
+    /// differs from the label's tag, else "".
     Q_INVOKABLE bool ChangedCaption(QString &CaptionToSave) const;
+    /// The decimals shown and kept; -1 for the regional number.
     qint16 Decimals() const { return m_decimals; }
+    /// Sets Decimals (-1..16, others ignored) and rounds the value to it.
     void setDecimals(qint16 decimals);
+    /// The decimals actually in use (Decimals, or the regional number for -1).
     qint16 DecimalsInUse() const { return m_decimalsInUse; }
+    /// Whether caption and field are bold.
     bool FontBold() const { return Label1->FontBold(); }
+    /// Sets FontBold.
     void setFontBold(bool bold);
+    /// Whether the resting display groups thousands.
     bool GroupDigits() const { return m_groupDigits; }
+    /// Sets GroupDigits.
     void setGroupDigits(bool group);
+    /// The largest value the field keeps.
     double MaxValue() const { return m_maxValue; }
+    /// Sets MaxValue (rounded to the decimals); MinValue follows when it was above.
     void setMaxValue(double value);
+    /// The smallest value the field keeps.
     double MinValue() const { return m_minValue; }
+    /// Sets MinValue (rounded to the decimals); MaxValue follows when it was below.
     void setMinValue(double value);
+    /// The step of the spinner and of the Up and Down keys.
     double UpDownChange() const { return m_upDownChange; }
+    /// Sets the step.
     void setUpDownChange(double step);
+    /// False when the field is mandatory and 0, or out of range; with ShowMessage a message box says why.
     Q_INVOKABLE bool Valid(bool ShowMessage = false);
     // Always a Double.
     Variant Value() { return currentValue(); }
     // Ignores anything that is not numeric; never clamps and raises nothing.
     void setValue(const Variant &value);
+    /// The reference for Changed; moved by setValue and on entry.
     double ValueOriginal() const { return m_valueOriginal; }
+    /// Sets the reference for Changed.
     void setValueOriginal(double value) { m_valueOriginal = value; }
+    /// The reference for ChangedSaved.
     double ValueSaved() const { return m_valueSaved; }
+    /// Sets the reference for ChangedSaved (after the host stored the record).
     void setValueSaved(double value) { m_valueSaved = value; }
 
 signals:

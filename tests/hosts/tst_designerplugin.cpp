@@ -4,11 +4,9 @@
 #include "forms/units.h"
 #include "library/classfactory.h"
 
-#include <QBuffer>
 #include <QPluginLoader>
 #include <QSet>
 #include <QTest>
-#include <QUiLoader>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 
 using namespace Qt::StringLiterals;
@@ -100,13 +98,9 @@ private slots:
         QFETCH(QString, className);
         QDesignerCustomWidgetInterface *w = entry(className);
         QVERIFY(w);
-        QByteArray xml = w->domXml().toUtf8();
-        QBuffer buffer(&xml);
-        QUiLoader loader;
-        loader.clearPluginPaths();
-        loader.addPluginPath(QStringLiteral(KEL_PLUGIN_DIR));
-        std::unique_ptr<QWidget> dropped(loader.load(&buffer));
-        QVERIFY2(dropped, qPrintable(loader.errorString()));
+        QString error;
+        std::unique_ptr<QWidget> dropped = test::loadUi(w->domXml(), &error);
+        QVERIFY2(dropped, qPrintable(error));
         auto *control = qobject_cast<UserControl *>(dropped.get());
         QVERIFY(control);
         const QSize given = control->size();

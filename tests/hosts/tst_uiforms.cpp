@@ -4,9 +4,7 @@
 
 #include "ui_kelform.h"
 
-#include <QBuffer>
 #include <QTest>
-#include <QUiLoader>
 
 using namespace Qt::StringLiterals;
 using namespace kel;
@@ -111,13 +109,9 @@ private slots:
     void quiLoader()
     {
         QFETCH(test::UiOrder, order);
-        QByteArray xml = test::sampleUi(order).toUtf8();
-        QBuffer buffer(&xml);
-        QUiLoader loader;
-        loader.clearPluginPaths();
-        loader.addPluginPath(QStringLiteral(KEL_PLUGIN_DIR));
-        std::unique_ptr<QWidget> form(loader.load(&buffer));
-        QVERIFY2(form, qPrintable(loader.errorString()));
+        QString error;
+        std::unique_ptr<QWidget> form = test::loadUi(test::sampleUi(order), &error);
+        QVERIFY2(form, qPrintable(error));
         compareForm(form.get());
     }
 

@@ -2,7 +2,9 @@
 
 #include "library/typemodel.h"
 
+#include <QBuffer>
 #include <QHash>
+#include <QUiLoader>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -123,6 +125,18 @@ QString sampleUi(UiOrder order)
     xml.writeEndElement();
     xml.writeEndDocument();
     return text;
+}
+
+std::unique_ptr<QWidget> loadUi(const QString &ui, QString *error)
+{
+    QByteArray xml = ui.toUtf8();
+    QBuffer buffer(&xml);
+    QUiLoader loader;
+    loader.clearPluginPaths();
+    loader.addPluginPath(QStringLiteral(KEL_PLUGIN_DIR));
+    std::unique_ptr<QWidget> form(loader.load(&buffer));
+    *error = loader.errorString();
+    return form;
 }
 
 } // namespace kel::test

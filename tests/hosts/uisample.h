@@ -4,6 +4,7 @@
 #include "persisted.h"
 
 #include <QStringList>
+#include <QWidget>
 
 namespace kel::test {
 
@@ -18,5 +19,7 @@ std::vector<PersistedProperty> sampleValues(const QString &className);
 MemoryPropertyBag sampleBag(const QString &className);
 // Designer writes properties in property-sheet order: the meta-object's, base classes first.
 QString sampleUi(UiOrder order = UiOrder::PropertySheet);
+// A form loaded by QUiLoader with this build's Designer plugin only; nullptr with *error set.
+std::unique_ptr<QWidget> loadUi(const QString &ui, QString *error);
 
 } // namespace kel::test
