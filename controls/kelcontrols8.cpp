@@ -1,5 +1,7 @@
 #include "controls/kelcontrols8.h"
 
+#include "controls/datetime/keldate.h"
+#include "controls/datetime/keltime.h"
 #include "controls/number/kelnumber.h"
 #include "controls/text/keltext.h"
 #include "library/kelcontrolhandler.h"
@@ -11,6 +13,8 @@ void registerKelControls8()
     static const bool once = [] {
         ClassFactory::registerClass(QStringLiteral("KelText"), [](QWidget *p) { return new KelText(p); });
         ClassFactory::registerClass(QStringLiteral("KelNumber"), [](QWidget *p) { return new KelNumber(p); });
+        ClassFactory::registerClass(QStringLiteral("KelDate"), [](QWidget *p) { return new KelDate(p); });
+        ClassFactory::registerClass(QStringLiteral("KelTime"), [](QWidget *p) { return new KelTime(p); });
         ClassFactory::registerClass(QStringLiteral("KelControlHandler"), [](QWidget *p) { return new KelControlHandler(p); });
         return true;
     }();

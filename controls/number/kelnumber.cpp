@@ -15,21 +15,6 @@ namespace {
 constexpr quint32 Red = 0x0000FF;
 constexpr quint32 Black = 0x000000;
 
-IKelRuntime &runtime()
-{
-    if (!librarySettings().Runtime)
-        InitControls();
-    return *librarySettings().Runtime;
-}
-
-// Formatting follows the run-time object's region, so that what is shown parses back.
-QLocale runtimeLocale()
-{
-    if (const auto rt = std::dynamic_pointer_cast<KelRuntime8>(librarySettings().Runtime))
-        return rt->locale();
-    return QLocale();
-}
-
 QChar regionalDecimalChar()
 {
     if (const qint16 code = librarySettings().DecimalSeparatorCode)
@@ -82,9 +67,7 @@ const std::vector<Persisted> &writeOrder()
 } // namespace
 
 KelNumber::KelNumber(QWidget *parent)
-    : FieldControl(parent),
-      Text1(new TextBox(TextBox::Kind::SingleLine, this, QStringLiteral("Text1"))),
-      UpDown1(new kel::UpDown(this, QStringLiteral("UpDown1")))
+    : SpinField(parent)
 {
     m_insertMode = false;
     runtime(); // the regional default decimals come from it
@@ -93,18 +76,9 @@ KelNumber::KelNumber(QWidget *parent)
     UpDown1->setVisible(false);
     showText(QStringLiteral("0"));
 
-    // Any edit the field did not make itself (typing, a paste or drop, an input method) leaves
-    // the text to be read before Value is trusted.
-    connect(Text1, &Child::Change, this, [this] {
-        if (!m_writingText)
-            m_textDirty = true;
-    });
-    connect(Text1, &Child::KeyDown, this, [this](int &code, int) { keyDown(code); });
     connect(Text1, &Child::KeyPress, this, &KelNumber::keyPress);
     connect(Text1, &Child::GotFocus, this, &KelNumber::gotFocus);
     connect(Text1, &Child::MouseDown, this, [this] { m_textDirty = true; });
-    connect(UpDown1, &Child::Change, this, &KelNumber::spinnerChanged);
-    setFocusProxy(Text1->widget());
 }
 
 bool KelNumber::ChangedCaption(QString &CaptionToSave) const
@@ -155,14 +129,6 @@ void KelNumber::setMinValue(double value)
     propertyChanged(QStringLiteral("MinValue"));
     if (!(m_maxValue >= m_minValue))
         m_maxValue = m_minValue;
-}
-
-void KelNumber::setUpDown(bool upDown)
-{
-    m_upDown = upDown;
-    propertyChanged(QStringLiteral("UpDown"));
-    UpDown1->setVisible(upDown);
-    layout();
 }
 
 void KelNumber::setUpDownChange(double step)
@@ -242,16 +208,6 @@ double KelNumber::clamped(double v) const
     return v;
 }
 
-void KelNumber::showText(const QString &text)
-{
-    // An unchanged text keeps the caret where the user left it.
-    if (Text1->Text() == text)
-        return;
-    const bool outer = std::exchange(m_writingText, true);
-    Text1->setText(text);
-    m_writingText = outer;
-}
-
 void KelNumber::commitText()
 {
     m_textDirty = false;
@@ -288,33 +244,14 @@ void KelNumber::showSignColour()
 void KelNumber::keyDown(int &keyCode)
 {
     m_keypadDecimal = keyCode == 110;
-    switch (keyCode) {
-    case 38: case 40:
-        if (m_upDown) {
-            stepValue(keyCode == 38 ? m_upDownChange : -m_upDownChange);
-            keyCode = 0; // the step is the key's whole effect; no scrolling of a parent
-        }
-        break;
-    case 45:
-        m_insertMode = !m_insertMode;
-        break;
-    default:
-        m_textDirty = true;
-    }
+    SpinField::keyDown(keyCode);
 }
 
 void KelNumber::keyPress(int &keyAscii)
 {
     TextBox *box = Text1;
     const bool keypadDecimal = std::exchange(m_keypadDecimal, false);
-    if (keyAscii == 8 || keyAscii == 27)
-        return;
-    if (keyAscii == 13) {
-        keyAscii = 0;
-        runtime().SendKey(9);
-        return;
-    }
-    if (keyAscii < 32)
+    if (passesOrMovesOn(keyAscii))
         return;
 
     if (keyAscii == u'-') {
@@ -355,8 +292,7 @@ void KelNumber::keyPress(int &keyAscii)
     }
 
     if (keyAscii >= u'0' && keyAscii <= u'9') {
-        if (!box->Locked() && !m_insertMode && box->SelLength() == 0)
-            box->setSelLength(1);
+        overwriteNext();
         return;
     }
 
@@ -379,34 +315,6 @@ void KelNumber::gotFocus()
     colourFocused();
     if (!locked && !(m_value >= m_minValue && m_value <= m_maxValue))
         m_textDirty = true;
-}
-
-void KelNumber::spinnerChanged()
-{
-    m_spinFocus = true;
-    Text1->SetFocus();
-    switch (UpDown1->Value()) {
-    case 0: stepValue(-m_upDownChange); break;
-    case 2: stepValue(m_upDownChange); break;
-    default: return;
-    }
-    UpDown1->setValue(1);
-}
-
-FieldControl::LayoutRules KelNumber::layoutRules() const
-{
-    LayoutRules r;
-    r.height = HeightRule::Exactly300;
-    r.width = WidthRule::StripMinimum;
-    r.strip = m_upDown ? 240 : 0;
-    r.captionWithinWidth = true;
-    r.captionTakesFieldFont = true;
-    return r;
-}
-
-void KelNumber::layoutStrip(double left, double width)
-{
-    UpDown1->Move(left, 0, width, ScaleHeight());
 }
 
 void KelNumber::onInitProperties()

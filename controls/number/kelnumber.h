@@ -2,13 +2,11 @@
 // A Double in one text box: grouped with fixed decimals and red parentheses for negatives while
 // the field rests, plain while it is edited, typed through a key filter that admits only what can
 // make a number, stepped by an optional spinner or the Up and Down keys, kept in MinValue..MaxValue.
-#include "common/fieldcontrol.h"
-#include "forms/textbox.h"
-#include "forms/updown.h"
+#include "common/spinfield.h"
 
 namespace kel {
 
-class KelNumber : public FieldControl
+class KelNumber : public SpinField
 {
     Q_OBJECT
     Q_PROPERTY(bool Changed READ Changed)
@@ -18,7 +16,6 @@ class KelNumber : public FieldControl
     Q_PROPERTY(bool GroupDigits READ GroupDigits WRITE setGroupDigits)
     Q_PROPERTY(double MaxValue READ MaxValue WRITE setMaxValue)
     Q_PROPERTY(double MinValue READ MinValue WRITE setMinValue)
-    Q_PROPERTY(bool UpDown READ UpDown WRITE setUpDown)
     Q_PROPERTY(double UpDownChange READ UpDownChange WRITE setUpDownChange)
     Q_PROPERTY(kel::Variant Value READ Value WRITE setValue USER true)
     Q_PROPERTY(double ValueOriginal READ ValueOriginal WRITE setValueOriginal)
@@ -26,9 +23,6 @@ class KelNumber : public FieldControl
 
 public:
     explicit KelNumber(QWidget *parent = nullptr);
-
-    TextBox *const Text1;
-    kel::UpDown *const UpDown1;
 
     // Reading the value commits what the user typed first, so these are not const.
     bool Changed() { return currentValue() != m_valueOriginal; }
@@ -45,8 +39,6 @@ public:
     void setMaxValue(double value);
     double MinValue() const { return m_minValue; }
     void setMinValue(double value);
-    bool UpDown() const { return m_upDown; }
-    void setUpDown(bool upDown);
     double UpDownChange() const { return m_upDownChange; }
     void setUpDownChange(double step);
     Q_INVOKABLE bool Valid(bool ShowMessage = false);
@@ -64,10 +56,9 @@ signals:
     void Change();
 
 protected:
-    std::vector<Child *> fields() const override { return {Text1}; }
-    Child *activeField() const override { return Text1; }
-    LayoutRules layoutRules() const override;
-    void layoutStrip(double left, double width) override;
+    void step(int direction) override { stepValue(direction * m_upDownChange); }
+    bool arrowsStep() const override { return m_upDown; }
+    void keyDown(int &keyCode) override;
 
     void onInitProperties() override;
     void onReadProperties(PropertyBag &bag) override;
@@ -81,15 +72,12 @@ private:
     QString editText(double v) const;
     double parseField() const;
     double clamped(double v) const;
-    void showText(const QString &text);
     void commitText();
     void stepValue(double delta);
     void showSignColour();
 
-    void keyDown(int &keyCode);
     void keyPress(int &keyAscii);
     void gotFocus();
-    void spinnerChanged();
 
     qint16 m_decimals = -1;
     qint16 m_decimalsInUse = 0;
@@ -98,13 +86,9 @@ private:
     double m_minValue = -9999999999.0;
     double m_maxValue = 9999999999.0;
     double m_upDownChange = 1;
-    bool m_upDown = false;
     double m_value = 0;
     double m_valueOriginal = 0;
     double m_valueSaved = 0;
-    bool m_textDirty = false;
-    bool m_writingText = false;
-    bool m_spinFocus = false;
     bool m_keypadDecimal = false;
 };
 

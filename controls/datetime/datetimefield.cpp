@@ -1,0 +1,243 @@
+#include "controls/datetime/datetimefield.h"
+
+#include "library/librarysettings.h"
+#include "platform/dayserial.h"
+#include "platform/format.h"
+#include "platform/services.h"
+
+#include <cmath>
+
+namespace kel {
+
+bool isPartSeparator(QChar c)
+{
+    const char16_t u = c.toUpper().unicode();
+    return !((u >= u'0' && u <= u'9') || (u >= u'A' && u <= u'Z'));
+}
+
+DateTimeField::DateTimeField(QWidget *parent) : SpinField(parent)
+{
+    m_insertMode = false;
+    m_upDown = true;
+    connect(Text1, &Child::KeyPress, this, [this](int &keyAscii) {
+        if (passesOrMovesOn(keyAscii))
+            return;
+        if (keyAscii == u'+' || keyAscii == u'-') {
+            step(keyAscii == u'+' ? 1 : -1);
+            keyAscii = 0;
+            return;
+        }
+        if (!accepts(keyAscii)) {
+            keyAscii = 0;
+            return;
+        }
+        overwriteNext();
+    });
+    connect(Text1, &Child::GotFocus, this, &DateTimeField::gotFocus);
+    connect(Text1, &Child::LostFocus, this, [this] { Text1->setSelStart(0); });
+    // The box's own context menu can paste or delete.
+    connect(Text1, &Child::MouseDown, this, [this](int button) {
+        if (button == 2)
+            m_textDirty = true;
+    });
+}
+
+void DateTimeField::setEnabled(bool enabled)
+{
+    FieldControl::setEnabled(enabled);
+    showSpinnerState();
+}
+
+void DateTimeField::setLocked(bool locked)
+{
+    FieldControl::setLocked(locked);
+    showSpinnerState();
+}
+
+void DateTimeField::showSpinnerState()
+{
+    UpDown1->setEnabled(Enabled() && !Locked());
+}
+
+void DateTimeField::setMaxValue(Date value)
+{
+    if (!isValidDaySerial(value.serial))
+        return;
+    m_maxValue = normalised(value.serial);
+    propertyChanged(QStringLiteral("MaxValue"));
+    if (m_minValue > m_maxValue)
+        m_minValue = m_maxValue;
+}
+
+void DateTimeField::setMinValue(Date value)
+{
+    if (!isValidDaySerial(value.serial))
+        return;
+    m_minValue = normalised(value.serial);
+    propertyChanged(QStringLiteral("MinValue"));
+    if (m_maxValue < m_minValue)
+        m_maxValue = m_minValue;
+}
+
+bool DateTimeField::Valid(bool ShowMessage)
+{
+    if (Text1->Locked())
+        return true;
+    // What the user sees, not yet clamped.
+    const std::optional<double> v = m_textDirty ? parse(Text1->Text()) : serialOf(m_value);
+    const Wording w = wording();
+    QString message;
+    if (v) {
+        if (*v >= m_minValue && *v <= m_maxValue)
+            return true;
+        message = w.rangeStart + formatted(m_minValue) + QStringLiteral(" to ") + formatted(m_maxValue) + u'.';
+    } else if (!m_mandatory && (nullAlwaysValidWhenOptional() || Text1->Text().isEmpty())) {
+        return true;
+    } else {
+        message = w.noValue;
+    }
+    if (ShowMessage) {
+        services().MsgBox(message, 64, w.title);
+        Text1->SetFocus();
+    }
+    return false;
+}
+
+Variant DateTimeField::Value()
+{
+    if (m_textDirty)
+        commitText();
+    return m_value;
+}
+
+void DateTimeField::setValue(const Variant &value)
+{
+    std::optional<double> v;
+    if (value.isString())
+        v = parse(*value.get<QString>());
+    else if (const std::optional<double> given = serialOf(value))
+        v = normalised(*given);
+    if (v) {
+        m_value = Date{pinned(*v)};
+        showText(formatted(m_value.get<Date>()->serial));
+    } else {
+        m_value = Null;
+        showText(QString());
+    }
+    m_valueOriginal = m_value;
+    m_textDirty = false;
+}
+
+QString DateTimeField::formatted(double serial) const
+{
+    return FormatDate(serial, m_format, runtimeLocale());
+}
+
+double DateTimeField::clamped(double v) const
+{
+    if (v < m_minValue)
+        return m_minValue;
+    if (v > m_maxValue)
+        return m_maxValue;
+    return v;
+}
+
+std::optional<double> DateTimeField::serialOf(const Variant &v) const
+{
+    using T = Variant::Type;
+    if (v.type() != T::Date && v.type() != T::Double && v.type() != T::Integer && v.type() != T::Long)
+        return std::nullopt;
+    const double serial = v.toDouble();
+    if (!isValidDaySerial(serial))
+        return std::nullopt;
+    return serial;
+}
+
+double DateTimeField::today()
+{
+    return fromQDate(services().Today()).value_or(0);
+}
+
+void DateTimeField::commitText()
+{
+    m_textDirty = false;
+    if (Text1->Locked())
+        return;
+    const std::optional<double> v = parse(Text1->Text());
+    if (!v) {
+        m_value = Null;
+        showText(QString());
+        return;
+    }
+    // Pinned after the clamp, so a pinned day may lie outside the range again.
+    m_value = Date{pinned(clamped(*v))};
+    showText(formatted(m_value.get<Date>()->serial));
+}
+
+void DateTimeField::formatChanged()
+{
+    // Text that shows the value is not read back: the old format may not parse in the new one
+    // (day and month swapped), and the host may set Format before or after Value.
+    if (m_textDirty) {
+        commitText();
+        return;
+    }
+    if (Text1->Locked())
+        return;
+    if (const Date *d = m_value.get<Date>()) {
+        m_value = Date{pinned(clamped(d->serial))};
+        showText(formatted(m_value.get<Date>()->serial));
+    }
+}
+
+void DateTimeField::finishStep(double value, int caret, bool noValue, bool focus)
+{
+    m_value = Date{value};
+    showText(formatted(value));
+    if (focus)
+        Text1->SetFocus();
+    Text1->setSelStart(caret);
+    if (differs(m_valueOriginal, m_value) || noValue) {
+        emit Change();
+        m_valueOriginal = m_value;
+    }
+}
+
+void DateTimeField::writeProperties(PropertyBag &bag, const std::vector<Persisted> &order)
+{
+    for (const Persisted &p : order) {
+        if (p.name == u"Value")
+            bag.WriteProperty(p.name, persistedValue(), p.writeDefault);
+        else
+            writePersisted(bag, {p});
+    }
+}
+
+bool DateTimeField::changedFrom(const Variant &reference)
+{
+    const Variant v = Value();
+    if (reference.isNull())
+        return !v.isNull();
+    if (v.isNull())
+        return true;
+    return differs(reference, v);
+}
+
+void DateTimeField::gotFocus()
+{
+    selectOnEntry(Text1);
+    colourFocused();
+    if (Text1->Locked())
+        return;
+    if (const Date *d = m_value.get<Date>(); d && (d->serial < m_minValue || d->serial > m_maxValue))
+        m_textDirty = true; // the next read clamps it
+}
+
+void DateTimeField::onExitFocus()
+{
+    commitText();
+    colourExited();
+    m_spinFocus = false;
+}
+
+} // namespace kel

@@ -1,0 +1,114 @@
+#pragma once
+// What the date and the time field share: a day serial (or Null) typed as free text, read back
+// through the run-time object's parser, shown in Format, kept in MinValue..MaxValue on commit and
+// on stepping, checked by Valid with a message in the field's own words.
+#include "common/spinfield.h"
+#include "platform/kelexport.h"
+#include "platform/variant.h"
+
+#include <optional>
+
+namespace kel {
+
+class KEL_EXPORT DateTimeField : public SpinField
+{
+    Q_OBJECT
+    Q_PROPERTY(bool Changed READ Changed)
+    Q_PROPERTY(bool ChangedSaved READ ChangedSaved)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled)
+    Q_PROPERTY(QString Format READ Format WRITE setFormat)
+    Q_PROPERTY(bool Locked READ Locked WRITE setLocked)
+    Q_PROPERTY(kel::Date MaxValue READ MaxValue WRITE setMaxValue)
+    Q_PROPERTY(kel::Date MinValue READ MinValue WRITE setMinValue)
+    Q_PROPERTY(kel::Variant Value READ Value WRITE setValue USER true)
+    Q_PROPERTY(kel::Variant ValueOriginal READ ValueOriginal WRITE setValueOriginal)
+    Q_PROPERTY(kel::Variant ValueSaved READ ValueSaved WRITE setValueSaved)
+
+public:
+    /// The value differs from ValueOriginal (typed text is committed first); a Null reference
+    /// counts as changed exactly when the value is not Null.
+    bool Changed() { return changedFrom(m_valueOriginal); }
+    /// The same against ValueSaved.
+    bool ChangedSaved() { return changedFrom(m_valueSaved); }
+    /// Also enables the spinner, which works only on an enabled, unlocked field.
+    void setEnabled(bool enabled);
+    /// The display format, in the letters of the classic Format function.
+    QString Format() const { return m_format; }
+    virtual void setFormat(const QString &format) = 0;
+    /// A locked field keeps its value and text: no typing, no stepping, always Valid.
+    void setLocked(bool locked);
+    /// Upper bound, applied when the text is committed or stepped; a lower MinValue follows it.
+    Date MaxValue() const { return {m_maxValue}; }
+    void setMaxValue(Date value);
+    /// Lower bound; a higher MaxValue follows it.
+    Date MinValue() const { return {m_minValue}; }
+    void setMinValue(Date value);
+    /// False when the field holds no valid value or one out of range; with ShowMessage a message
+    /// box says why and the focus returns to the field. Changes nothing.
+    Q_INVOKABLE bool Valid(bool ShowMessage = false);
+    /// Empty before the first assignment, then Null or a Date; typed text is committed first.
+    Variant Value();
+    /// Text, a Date or a day serial; what is no value gives Null. Not clamped; raises nothing.
+    void setValue(const Variant &value);
+    /// What Changed compares against: the value set from code or last stepped to.
+    Variant ValueOriginal() const { return m_valueOriginal; }
+    void setValueOriginal(const Variant &value) { m_valueOriginal = value; }
+    /// What ChangedSaved compares against; the host sets it after storing the record.
+    Variant ValueSaved() const { return m_valueSaved; }
+    void setValueSaved(const Variant &value) { m_valueSaved = value; }
+
+signals:
+    /// Only a step (spinner, Up/Down, "+"/"-") that moved the value, or the first step on an empty field.
+    void Change();
+
+protected:
+    explicit DateTimeField(QWidget *parent = nullptr);
+
+    struct Wording {
+        QString title, rangeStart, noValue;
+    };
+    virtual Wording wording() const = 0;
+    // Text to a serial through the run-time object; nullopt when it is no value.
+    virtual std::optional<double> parse(const QString &text) const = 0;
+    // A serial given from code, reduced to what the field holds.
+    virtual double normalised(double serial) const = 0;
+    // The day pinning of the date field; the time field keeps the value.
+    virtual double pinned(double serial) const { return serial; }
+    // Characters the box takes besides "+" and "-" (which step) and control characters.
+    virtual bool accepts(int /*keyAscii*/) const { return true; }
+    // A Null value of an optional field is valid whatever the box shows.
+    virtual bool nullAlwaysValidWhenOptional() const { return false; }
+    // The value as the property bag stores it.
+    virtual Variant persistedValue() const = 0;
+
+    QString formatted(double serial) const;
+    double clamped(double v) const;
+    std::optional<double> serialOf(const Variant &v) const;
+    static double today();
+    void commitText();
+    // Format was set: show the value in it.
+    void formatChanged();
+    // Shows a stepped value, puts the caret, and reports the move.
+    void finishStep(double value, int caret, bool noValue, bool focus);
+    // Writes the table in its order, "Value" in its persisted form.
+    void writeProperties(PropertyBag &bag, const std::vector<Persisted> &order);
+
+    void onExitFocus() override;
+
+    QString m_format;
+    double m_minValue = 0;
+    double m_maxValue = 0;
+    Variant m_value;
+    Variant m_valueOriginal;
+    Variant m_valueSaved;
+
+private:
+    bool changedFrom(const Variant &reference);
+    void gotFocus();
+    void showSpinnerState();
+};
+
+// A character that separates the parts of a date or time text: anything but an ASCII letter or digit.
+bool isPartSeparator(QChar c);
+
+} // namespace kel

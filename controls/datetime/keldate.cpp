@@ -1,0 +1,206 @@
+#include "controls/datetime/keldate.h"
+
+#include "library/runtimeinterface.h"
+#include "platform/dayserial.h"
+#include "platform/format.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kel {
+
+namespace {
+
+const QString DefaultFormat = QStringLiteral("dd/mm/yyyy");
+
+const std::vector<Persisted> &readOrder()
+{
+    static const std::vector<Persisted> table = {
+        {QStringLiteral("Caption"), QString(), QString()},
+        {QStringLiteral("CaptionWidth"), qint16(0), qint16(0)},
+        {QStringLiteral("DaysFlag"), qint16(0), qint16(0)},
+        {QStringLiteral("Enabled"), true, true},
+        {QStringLiteral("Format"), DefaultFormat, DefaultFormat},
+        {QStringLiteral("InsertMode"), false, false},
+        {QStringLiteral("Locked"), false, false},
+        {QStringLiteral("Mandatory"), true, true},
+        {QStringLiteral("MaxValue"), Date{kMaxDaySerial}, Date{kMaxDaySerial}},
+        {QStringLiteral("MinValue"), Date{kMinDaySerial}, Date{kMinDaySerial}},
+        {QStringLiteral("SelectOnFocus"), false, false},
+        {QStringLiteral("UpDown"), true, true},
+        // A date of today is not stored: the form shows the day it is opened on.
+        {QStringLiteral("Value"), QStringLiteral("Now"), QStringLiteral("Now")},
+    };
+    return table;
+}
+
+const std::vector<Persisted> &writeOrder()
+{
+    static const std::vector<Persisted> table = [] {
+        std::vector<Persisted> t = readOrder();
+        std::swap(t[11], t[12]); // "Value" before "UpDown"
+        return t;
+    }();
+    return table;
+}
+
+} // namespace
+
+KelDate::KelDate(QWidget *parent) : DateTimeField(parent)
+{
+    m_format = DefaultFormat;
+    m_minValue = kMinDaySerial;
+    m_maxValue = kMaxDaySerial;
+}
+
+void KelDate::setDaysFlag(qint32 flag)
+{
+    if (flag < Allow || flag > BirthDay)
+        return;
+    m_daysFlag = flag;
+    propertyChanged(QStringLiteral("DaysFlag"));
+    // A value already shown is pinned now, so that DaysFlag before or after Value gives one field.
+    const Date *d = m_value.get<Date>();
+    if (!d || m_textDirty || Text1->Locked())
+        return;
+    const double was = d->serial, now = pinned(was);
+    if (now == was)
+        return;
+    if (const Date *o = m_valueOriginal.get<Date>(); o && o->serial == was)
+        m_valueOriginal = Date{now};
+    m_value = Date{now};
+    showText(formatted(now));
+}
+
+void KelDate::setFormat(const QString &format)
+{
+    if (format.isEmpty())
+        return;
+    m_format = format;
+    propertyChanged(QStringLiteral("Format"));
+    formatChanged();
+}
+
+DateTimeField::Wording KelDate::wording() const
+{
+    return {QStringLiteral("Invalid Date"), QStringLiteral("This field only accepts dates from "),
+            QStringLiteral("Please enter a valid date in this field.")};
+}
+
+std::optional<double> KelDate::parse(const QString &text) const
+{
+    try {
+        return serialOf(runtime().RuntimeDates()->ParseDate(text, m_format, Date{today()}, m_daysFlag == BirthDay));
+    } catch (const std::exception &) {
+        return std::nullopt; // a run-time object that cannot parse reads no date
+    }
+}
+
+double KelDate::pinned(double serial) const
+{
+    if (m_daysFlag == FirstDay)
+        return DateSerial(Year(serial), Month(serial), 1).value_or(serial);
+    if (m_daysFlag == LastDay) {
+        try {
+            return runtime().RuntimeDates()->LastDayOfMonth(Date{serial}).serial;
+        } catch (const std::exception &) {
+            return LastDayOfMonth(serial);
+        }
+    }
+    return serial;
+}
+
+Variant KelDate::persistedValue() const
+{
+    if (const Date *d = m_value.get<Date>())
+        return d->serial == today() ? QStringLiteral("Now") : FormatDate(d->serial, QStringLiteral("ddmmyyyy"));
+    return QString();
+}
+
+void KelDate::step(int direction)
+{
+    if (Text1->Locked())
+        return;
+    const QString text = Text1->Text();
+    const std::optional<double> parsed = parse(text);
+    const bool noValue = !parsed;
+    double base = parsed.value_or(today());
+    const bool dayPinned = m_daysFlag == FirstDay || m_daysFlag == LastDay;
+    int part = 1;
+    if (m_daysFlag == FirstDay) {
+        base = DateSerial(Year(base), Month(base), 1).value_or(base);
+        part = 2;
+    } else if (m_daysFlag == LastDay) {
+        base = DateSerial(Year(base), Month(base) + 1, 1).value_or(base + 1) - 1;
+        part = 2;
+    }
+
+    static const QString letters = QStringLiteral("DMY");
+    const QString upper = m_format.toUpper();
+    const auto separatorsIn = [](QStringView s) { return int(std::count_if(s.begin(), s.end(), isPartSeparator)); };
+    int count = 0;
+    if (text != formatted(base)) {
+        // Not the shown form of a date: the default part, its place in the format.
+        const qsizetype at = upper.lastIndexOf(letters[part - 1]);
+        count = at < 0 ? 0 : separatorsIn(QStringView(m_format).left(at + 1));
+    } else {
+        count = separatorsIn(QStringView(text).left(Text1->SelStart()));
+        qsizetype from = 0;
+        if (count > 0) {
+            from = m_format.size() - 1;
+            for (qsizetype i = 0, seen = 0; i < m_format.size(); ++i) {
+                if (isPartSeparator(m_format[i]) && ++seen == count) {
+                    from = i;
+                    break;
+                }
+            }
+        }
+        for (qsizetype i = qMax<qsizetype>(from, 0); i < upper.size(); ++i) {
+            if (const qsizetype p = letters.indexOf(upper[i]); p >= 0) {
+                part = int(p) + 1;
+                break;
+            }
+        }
+    }
+    if (part == 1 && dayPinned)
+        part = 2;
+
+    double stepped = base;
+    if (!noValue) {
+        static const DateInterval units[] = {DateInterval::Day, DateInterval::Month, DateInterval::Year};
+        stepped = DateAdd(units[part - 1], direction, base).value_or(base);
+    }
+    const double value = pinned(clamped(stepped));
+
+    // The caret goes to the end of the stepped part: before the separator that follows it.
+    const QString shown = formatted(value);
+    int caret = int(shown.size());
+    for (int i = 0, target = count + 1; i < shown.size(); ++i) {
+        if (isPartSeparator(shown[i]) && --target == 0) {
+            caret = i;
+            break;
+        }
+    }
+    finishStep(value, caret, noValue, true);
+}
+
+void KelDate::onInitProperties()
+{
+    m_format = DefaultFormat;
+    m_insertMode = false;
+    m_mandatory = true;
+    m_maxValue = kMaxDaySerial;
+    m_minValue = kMinDaySerial;
+    m_selectOnFocus = false;
+    m_upDown = true;
+    UpDown1->setVisible(true);
+    m_daysFlag = Allow;
+    Label1->setCaption(objectName());
+    Label1->setForeColor(0x8000000D);
+    showText(QString());
+}
+
+void KelDate::onReadProperties(PropertyBag &bag) { readPersisted(bag, readOrder()); }
+void KelDate::onWriteProperties(PropertyBag &bag) { writeProperties(bag, writeOrder()); }
+
+} // namespace kel

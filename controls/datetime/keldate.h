@@ -1,0 +1,43 @@
+#pragma once
+// A date typed in free form, read by the run-time object's date parser and shown in Format;
+// the Up and Down keys, "+" and "-" and the spinner step the day, month or year under the caret.
+#include "controls/datetime/datetimefield.h"
+
+#include <cmath>
+
+namespace kel {
+
+/// How the date field pins the day, and whether it holds a date of birth.
+enum KelDateDaysFlag : qint32 { Allow = 0, FirstDay = 1, LastDay = 2, BirthDay = 3 };
+
+class KEL_EXPORT KelDate : public DateTimeField
+{
+    Q_OBJECT
+    Q_PROPERTY(qint32 DaysFlag READ DaysFlag WRITE setDaysFlag)
+
+public:
+    explicit KelDate(QWidget *parent = nullptr);
+
+    /// A KelDateDaysFlag; other numbers are ignored. A held date is pinned at once.
+    qint32 DaysFlag() const { return m_daysFlag; }
+    void setDaysFlag(qint32 flag);
+    /// An empty format is ignored; otherwise the text is shown again in the new one.
+    void setFormat(const QString &format) override;
+
+protected:
+    Wording wording() const override;
+    std::optional<double> parse(const QString &text) const override;
+    double normalised(double serial) const override { return std::floor(serial); }
+    double pinned(double serial) const override;
+    Variant persistedValue() const override;
+    void step(int direction) override;
+
+    void onInitProperties() override;
+    void onReadProperties(PropertyBag &bag) override;
+    void onWriteProperties(PropertyBag &bag) override;
+
+private:
+    qint32 m_daysFlag = Allow;
+};
+
+} // namespace kel

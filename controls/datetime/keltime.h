@@ -1,0 +1,37 @@
+#pragma once
+// A time of day typed in free form, read by the run-time object's time parser and shown in
+// Format; the Up and Down keys, "+" and "-" and the spinner step the hour, minute or second
+// under the caret. Never wraps past midnight.
+#include "controls/datetime/datetimefield.h"
+
+#include <cmath>
+
+namespace kel {
+
+class KEL_EXPORT KelTime : public DateTimeField
+{
+    Q_OBJECT
+
+public:
+    explicit KelTime(QWidget *parent = nullptr);
+
+    /// Minutes written with the month letter right after an hour ("hh:mm") are read as minutes
+    /// ("hh:nn"); stored even when empty. The text is shown again in the new format.
+    void setFormat(const QString &format) override;
+
+protected:
+    Wording wording() const override;
+    std::optional<double> parse(const QString &text) const override;
+    // Only the time of day counts: bounds and values given as date-times lose their date.
+    double normalised(double serial) const override { return serial - std::floor(serial); }
+    bool accepts(int keyAscii) const override;
+    bool nullAlwaysValidWhenOptional() const override { return true; }
+    Variant persistedValue() const override;
+    void step(int direction) override;
+
+    void onInitProperties() override;
+    void onReadProperties(PropertyBag &bag) override;
+    void onWriteProperties(PropertyBag &bag) override;
+};
+
+} // namespace kel

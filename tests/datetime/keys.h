@@ -1,0 +1,31 @@
+#pragma once
+// Key scripts for the date and time field tests: U Up, D Down, I Insert, E Enter, S and s the
+// spinner's upper and lower button; any other character is typed.
+#include "common/spinfield.h"
+
+#include <QLineEdit>
+#include <QTest>
+
+namespace kel::test {
+
+inline QLineEdit *text1(SpinField *f) { return f->findChild<QLineEdit *>(u"Text1"_qs); }
+inline void enter(SpinField *f) { text1(f)->setFocus(Qt::TabFocusReason); }
+
+inline void play(SpinField *f, QStringView script)
+{
+    QWidget *spinner = f->UpDown1->widget();
+    for (QChar c : script) {
+        switch (c.unicode()) {
+        case u'U': QTest::keyClick(text1(f), Qt::Key_Up); break;
+        case u'D': QTest::keyClick(text1(f), Qt::Key_Down); break;
+        case u'I': QTest::keyClick(text1(f), Qt::Key_Insert); break;
+        case u'E': QTest::keyClick(text1(f), Qt::Key_Return); break;
+        case u'S': case u's':
+            QTest::mouseClick(spinner, Qt::LeftButton, {}, QPoint(spinner->width() / 2, c == u'S' ? 2 : spinner->height() - 2));
+            break;
+        default: QTest::keyClicks(text1(f), QString(c));
+        }
+    }
+}
+
+} // namespace kel::test
