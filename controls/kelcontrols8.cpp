@@ -1,5 +1,6 @@
 #include "controls/kelcontrols8.h"
 
+#include "controls/combo/kelcombo.h"
 #include "controls/datetime/keldate.h"
 #include "controls/datetime/keltime.h"
 #include "controls/number/kelnumber.h"
@@ -15,6 +16,7 @@ void registerKelControls8()
         ClassFactory::registerClass(QStringLiteral("KelNumber"), [](QWidget *p) { return new KelNumber(p); });
         ClassFactory::registerClass(QStringLiteral("KelDate"), [](QWidget *p) { return new KelDate(p); });
         ClassFactory::registerClass(QStringLiteral("KelTime"), [](QWidget *p) { return new KelTime(p); });
+        ClassFactory::registerClass(QStringLiteral("KelCombo"), [](QWidget *p) { return new KelCombo(p); });
         ClassFactory::registerClass(QStringLiteral("KelControlHandler"), [](QWidget *p) { return new KelControlHandler(p); });
         return true;
     }();

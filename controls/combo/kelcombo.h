@@ -1,0 +1,121 @@
+#pragma once
+// A caption beside a drop-down combo box whose list is loaded from one string, with a parallel
+// string of item tags, completion while typing and an optional limit to the list.
+#include "common/fieldcontrol.h"
+#include "forms/combobox.h"
+#include "platform/kelexport.h"
+
+#include <optional>
+
+namespace kel {
+
+class KEL_EXPORT KelCombo : public FieldControl
+{
+    Q_OBJECT
+    Q_PROPERTY(bool Changed READ Changed)
+    Q_PROPERTY(bool ChangedSaved READ ChangedSaved)
+    Q_PROPERTY(qint32 DropDownWidth READ DropDownWidth WRITE setDropDownWidth)
+    Q_PROPERTY(qint32 hWnd READ hWnd)
+    Q_PROPERTY(bool LimitToList READ LimitToList WRITE setLimitToList)
+    Q_PROPERTY(QString List READ List WRITE setList)
+    Q_PROPERTY(qint32 ListCount READ ListCount)
+    Q_PROPERTY(qint16 ListIndex READ ListIndex WRITE setListIndex)
+    Q_PROPERTY(QString ListTag READ ListTag WRITE setListTag)
+    Q_PROPERTY(qint16 MaxLength READ MaxLength WRITE setMaxLength)
+    Q_PROPERTY(QString Text READ Text WRITE setText USER true)
+    Q_PROPERTY(QString TextOriginal READ TextOriginal WRITE setTextOriginal)
+    Q_PROPERTY(QString TextSaved READ TextSaved WRITE setTextSaved)
+    Q_PROPERTY(bool Valid READ Valid)
+
+public:
+    explicit KelCombo(QWidget *parent = nullptr);
+
+    ComboBox *const Combo1;
+
+    /// The field's text differs from TextOriginal / TextSaved (exactly).
+    bool Changed() const { return Combo1->Text() != m_textOriginal; }
+    bool ChangedSaved() const { return Combo1->Text() != m_textSaved; }
+    /// Width of the dropped list in twips; 0 when it follows the field (also after a value
+    /// outside 1..8000 or one equal to the field's width).
+    qint32 DropDownWidth() const { return m_dropDownWidth; }
+    void setDropDownWidth(qint32 twips);
+    /// Only items can stand in the field; typing completes from the list and refuses the rest.
+    bool LimitToList() const { return m_limitToList; }
+    void setLimitToList(bool limit);
+    /// The items as one string, joined by the run-time object so that putting it back gives
+    /// the same items. Put replaces every item (at most 32,767) and keeps the field's text.
+    QString List();
+    void setList(const QString &list);
+    /// Replaces every item by the array's elements, taken as they are (at most 32,767).
+    Q_INVOKABLE void ListFromArray(QStringList &strArray);
+    qint32 ListCount() const { return Combo1->ListCount(); }
+    /// 1-based position of the first item equal to the text (case-sensitive), or -1; always -1
+    /// with LimitToList off. Put selects item n when 1 <= n <= ListCount and resets TextOriginal.
+    qint16 ListIndex() const;
+    void setListIndex(qint16 index);
+    /// Item `Item` (1-based); without it the item before the selected one. "" out of range.
+    Q_INVOKABLE QString ListItem(qint16 Item = 0) const;
+    /// The tag string, stored as set; its comma-separated fields pair with the items by position.
+    QString ListTag() const { return m_listTag; }
+    void setListTag(const QString &tags);
+    /// The tag of item `Item` (1-based), of the selected item without it; "" when it has none.
+    Q_INVOKABLE QString ListTagItem(qint16 Item = 0) const;
+    /// Most characters the user may type; 0 for no limit. A negative value is ignored.
+    qint16 MaxLength() const { return m_maxLength; }
+    void setMaxLength(qint16 length);
+    /// Reading settles what the user typed first. Put shows `text` (emptied with LimitToList
+    /// when it is no item), selects the first equal item and makes it TextOriginal; no event.
+    QString Text();
+    void setText(const QString &text);
+    QString TextOriginal() const { return m_textOriginal; }
+    void setTextOriginal(const QString &text) { m_textOriginal = text; }
+    QString TextSaved() const { return m_textSaved; }
+    void setTextSaved(const QString &text) { m_textSaved = text; }
+    /// False only for an unlocked mandatory field holding nothing but blanks.
+    bool Valid() const;
+
+signals:
+    /// Raised before Click and Change for every accepted change; a handler that sets Handled
+    /// to false stops them and keeps TextOriginal.
+    void ChangeEx(bool &Handled);
+    /// An item other than the one shown was picked from the list (after ChangeEx).
+    void Click();
+    /// The field's text changed by the user (after ChangeEx, and after Click for a pick).
+    void Change();
+
+protected:
+    std::vector<Child *> fields() const override { return {Combo1}; }
+    Child *activeField() const override { return Combo1; }
+    LayoutRules layoutRules() const override;
+
+    void onInitProperties() override;
+    void onReadProperties(PropertyBag &bag) override;
+    void onWriteProperties(PropertyBag &bag) override;
+    void onResize() override;
+    void onEnterFocus() override;
+    void onExitFocus() override;
+
+private:
+    void comboChange();
+    void comboClick();
+    void keyDown(int &keyCode);
+    void keyPress(int &keyAscii);
+    bool raiseChangeEx();
+    void selectTail(int start);
+    void settleText();
+    int findExact(const QString &text) const;
+    void replaceItems(QStringList items);
+
+    qint32 m_dropDownWidth = 0;
+    qint16 m_maxLength = 0;
+    qint16 m_selectionDepth = 0;
+    bool m_limitToList = true;
+    bool m_typing = false;
+    QString m_listTag;
+    QString m_textOriginal;
+    QString m_textSaved;
+    // A text put refused for want of its item, until the list or the limit lets it stand.
+    std::optional<QString> m_refusedText;
+};
+
+} // namespace kel
