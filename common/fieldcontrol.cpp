@@ -2,6 +2,7 @@
 
 #include "common/baskelcontrols.h"
 #include "library/dispatch.h"
+#include "runtime/kelruntime8.h"
 
 namespace kel {
 
@@ -155,15 +156,45 @@ void FieldControl::readPersisted(PropertyBag &bag, const std::vector<Persisted> 
     if (!librarySettings().Runtime)
         InitControls();
     ++m_loadingDepth;
-    for (const Persisted &p : order)
-        dispatchPut(this, p.name, bag.ReadProperty(p.name, p.readDefault));
+    readThroughSetters(this, bag, order);
     --m_loadingDepth;
 }
 
 void FieldControl::writePersisted(PropertyBag &bag, const std::vector<Persisted> &order)
 {
+    writeFromGetters(this, bag, order);
+}
+
+void readThroughSetters(QObject *control, PropertyBag &bag, const std::vector<Persisted> &order)
+{
     for (const Persisted &p : order)
-        bag.WriteProperty(p.name, dispatchGet(this, p.writeFrom.isEmpty() ? p.name : p.writeFrom), p.writeDefault);
+        dispatchPut(control, p.name, bag.ReadProperty(p.name, p.readDefault));
+}
+
+void writeFromGetters(QObject *control, PropertyBag &bag, const std::vector<Persisted> &order)
+{
+    for (const Persisted &p : order)
+        bag.WriteProperty(p.name, dispatchGet(control, p.writeFrom.isEmpty() ? p.name : p.writeFrom), p.writeDefault);
+}
+
+QLocale runtimeRegion()
+{
+    if (const auto rt = std::dynamic_pointer_cast<KelRuntime8>(librarySettings().Runtime))
+        return rt->locale();
+    return QLocale();
+}
+
+void takeFieldFont(Child *field)
+{
+    if (const auto &rt = librarySettings().Runtime) {
+        try {
+            const FontSpec font = rt->FieldFont();
+            field->setFontName(font.name);
+            field->setFontSize(font.size);
+        } catch (const std::exception &) {
+            // the defaults stay
+        }
+    }
 }
 
 void FieldControl::onShow()

@@ -6,6 +6,7 @@
 #include "forms/usercontrol.h"
 #include "platform/variant.h"
 
+#include <QLocale>
 #include <vector>
 
 namespace kel {
@@ -18,6 +19,16 @@ struct Persisted {
     Variant writeDefault;
     QString writeFrom = {};
 };
+
+// Assigns each entry of `order` from the bag through the control's public setter, in the
+// table's order; a value the setter cannot take is skipped.
+void readThroughSetters(QObject *control, PropertyBag &bag, const std::vector<Persisted> &order);
+// Writes each entry of `order` from the control's getter, with its default.
+void writeFromGetters(QObject *control, PropertyBag &bag, const std::vector<Persisted> &order);
+// The run-time object's region (the system's when it does not say), for formatting numbers.
+QLocale runtimeRegion();
+// The run-time object's field font on `field`; a run-time object without fonts leaves it alone.
+void takeFieldFont(Child *field);
 
 class FieldControl : public UserControl
 {

@@ -1,9 +1,11 @@
 #include "controls/kelcontrols8.h"
 
+#include "controls/check/kelcheck.h"
 #include "controls/combo/kelcombo.h"
 #include "controls/datetime/keldate.h"
 #include "controls/datetime/keltime.h"
 #include "controls/number/kelnumber.h"
+#include "controls/progress/kelprogressbar.h"
 #include "controls/text/keltext.h"
 #include "library/kelcontrolhandler.h"
 
@@ -17,6 +19,8 @@ void registerKelControls8()
         ClassFactory::registerClass(QStringLiteral("KelDate"), [](QWidget *p) { return new KelDate(p); });
         ClassFactory::registerClass(QStringLiteral("KelTime"), [](QWidget *p) { return new KelTime(p); });
         ClassFactory::registerClass(QStringLiteral("KelCombo"), [](QWidget *p) { return new KelCombo(p); });
+        ClassFactory::registerClass(QStringLiteral("KelCheck"), [](QWidget *p) { return new KelCheck(p); });
+        ClassFactory::registerClass(QStringLiteral("KelProgressBar"), [](QWidget *p) { return new KelProgressBar(p); });
         ClassFactory::registerClass(QStringLiteral("KelControlHandler"), [](QWidget *p) { return new KelControlHandler(p); });
         return true;
     }();

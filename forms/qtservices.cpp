@@ -39,7 +39,7 @@ int QtServices::MsgBox(const QString &prompt, int style, const QString &title)
 }
 
 void QtServices::Beep() { QApplication::beep(); }
-float QtServices::Timer() { return float(QTime(0, 0).msecsTo(QTime::currentTime())) / 1000.0f; }
+float QtServices::Timer() { return secondsSinceMidnight(); }
 QDate QtServices::Today() { return QDate::currentDate(); }
 QDateTime QtServices::Now() { return QDateTime::currentDateTime(); }
 

@@ -27,6 +27,10 @@ Services &services();
 std::unique_ptr<Services> setServices(std::unique_ptr<Services> s);
 bool hasInstalledServices();
 
+// The local seconds since midnight from a coarse system clock (a few milliseconds of
+// resolution), cheap enough to be read on every call of a hot path.
+float secondsSinceMidnight();
+
 // A test double: records message boxes and beeps, and lets a test set the clock and the date.
 class RecordingServices : public Services
 {

@@ -1,0 +1,91 @@
+#pragma once
+// One check box with the change tracking of the entry fields: a boolean Value measured against
+// an original and a saved value, mandatory and locked shown through the text colour and the
+// input it takes, and Change when the user toggles it.
+#include "forms/checkbox.h"
+#include "forms/usercontrol.h"
+#include "platform/kelexport.h"
+
+namespace kel {
+
+class KEL_EXPORT KelCheck : public UserControl
+{
+    Q_OBJECT
+    Q_PROPERTY(QString Caption READ Caption WRITE setCaption)
+    Q_PROPERTY(bool Changed READ Changed)
+    Q_PROPERTY(bool ChangedSaved READ ChangedSaved)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled)
+    Q_PROPERTY(bool FontBold READ FontBold WRITE setFontBold)
+    Q_PROPERTY(qint32 hWnd READ hWnd)
+    Q_PROPERTY(bool Locked READ Locked WRITE setLocked)
+    Q_PROPERTY(bool Mandatory READ Mandatory WRITE setMandatory)
+    Q_PROPERTY(bool Valid READ Valid)
+    Q_PROPERTY(bool Value READ Value WRITE setValue USER true)
+    Q_PROPERTY(bool ValueOriginal READ ValueOriginal WRITE setValueOriginal)
+    Q_PROPERTY(bool ValueSaved READ ValueSaved WRITE setValueSaved)
+
+public:
+    explicit KelCheck(QWidget *parent = nullptr);
+
+    CheckBox *const Check1;
+
+    /// The check box's own text, which serves as the caption.
+    QString Caption() const { return Check1->Caption(); }
+    /// Announces "Caption" only when the text really changes.
+    void setCaption(const QString &caption);
+    /// Value differs from ValueOriginal (set by Value, by the host, and on focus entry).
+    bool Changed() const { return Value() != m_valueOriginal; }
+    /// Value differs from ValueSaved, which only the host sets.
+    bool ChangedSaved() const { return Value() != m_valueSaved; }
+    /// The stored flag; a disabled field shows grey text and takes no input.
+    bool Enabled() const { return m_enabled; }
+    void setEnabled(bool enabled);
+    bool FontBold() const { return Check1->FontBold(); }
+    void setFontBold(bool bold);
+    /// A locked field takes no click, no key and no focus, but is drawn enabled.
+    bool Locked() const { return m_locked; }
+    void setLocked(bool locked);
+    /// Shown by the text colour only; a check field is never invalid.
+    bool Mandatory() const { return m_mandatory; }
+    void setMandatory(bool mandatory);
+    /// Always true.
+    bool Valid() const { return true; }
+    /// True exactly when the box is checked (grey reads as false).
+    bool Value() const { return Check1->Value() == 1; }
+    /// Sets the box and ValueOriginal; raises no Change.
+    void setValue(bool value);
+    bool ValueOriginal() const { return m_valueOriginal; }
+    void setValueOriginal(bool value) { m_valueOriginal = value; }
+    bool ValueSaved() const { return m_valueSaved; }
+    void setValueSaved(bool value) { m_valueSaved = value; }
+
+    /// Repaints the check box.
+    Q_INVOKABLE void Refresh() { Check1->Refresh(); }
+    /// Sets the tool tip of the check box and of the host's extender.
+    Q_INVOKABLE void TooltipSet(const QString &Tooltip);
+
+signals:
+    /// The state changed by the user (never by Value or by loading).
+    void Change();
+
+protected:
+    void onInitProperties() override;
+    void onReadProperties(PropertyBag &bag) override;
+    void onWriteProperties(PropertyBag &bag) override;
+    void onResize() override;
+    void onShow() override;
+    void onEnterFocus() override { m_valueOriginal = Value(); }
+
+private:
+    void setState(int state);
+    void showTextColour();
+
+    bool m_mandatory = true;
+    bool m_enabled = true;
+    bool m_locked = false;
+    bool m_valueOriginal = false;
+    bool m_valueSaved = false;
+    qint16 m_eventDepth = 0;
+};
+
+} // namespace kel

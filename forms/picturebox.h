@@ -1,0 +1,63 @@
+#pragma once
+// The picture box with persistent drawing: everything is drawn on a retained image, so a
+// repaint costs one blit. Its scale is in pixels, with (0, 0) at the top left of the inside.
+#include "forms/child.h"
+
+#include <QImage>
+#include <vector>
+
+namespace kel {
+
+class PictureWidget;
+
+class PictureBox : public Child
+{
+    Q_OBJECT
+public:
+    PictureBox(UserControl *owner, const QString &objectName);
+
+    // The drawing area inside the border.
+    double ScaleWidth() const { return m_image.width(); }
+    double ScaleHeight() const { return m_image.height(); }
+
+    double CurrentX() const { return m_currentX; }
+    void setCurrentX(double x) { m_currentX = x; }
+    double CurrentY() const { return m_currentY; }
+    void setCurrentY(double y) { m_currentY = y; }
+
+    // Clears the drawing to the back colour and puts the current position at (0, 0).
+    void Cls();
+    // Prints at the current position in the fore colour; the position moves to the start of
+    // the next line.
+    void Print(const QString &text);
+    // A box from (x1, y1) to (x2, y2), filled with `colour`; the current position moves to
+    // (x2, y2).
+    void FillBox(double x1, double y1, double x2, double y2, quint32 colour);
+    double TextWidth(const QString &text) const;
+    double TextHeight(const QString &text) const;
+
+    // Text printed since the last Cls and then covered by a filled box is drawn again where
+    // it is covered in this colour, so it stays readable. None by default.
+    void setCoveredTextColor(quint32 colour) { m_coveredText = colour; m_hasCoveredText = true; }
+    // A one-pixel sunken frame around the drawing area (the classic fixed single border).
+    bool BorderStyle() const { return m_border; }
+    void setBorderStyle(bool border);
+
+    // What is on the picture now, without the border.
+    const QImage &Image() const { return m_image; }
+
+private:
+    friend class PictureWidget;
+    void resized();
+    QColor colour(quint32 c) const;
+
+    QImage m_image;
+    double m_currentX = 0, m_currentY = 0;
+    bool m_border = true;
+    bool m_hasCoveredText = false;
+    quint32 m_coveredText = 0;
+    struct Printed { QPointF at; QString text; };
+    std::vector<Printed> m_printed;
+};
+
+} // namespace kel
