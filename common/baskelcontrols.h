@@ -1,11 +1,12 @@
 #pragma once
 // Library-wide set-up shared by every control.
+#include "platform/kelexport.h"
 #include "library/librarysettings.h"
 
 namespace kel {
 
 // Creates the default run-time object when none is held (reading the separator, the digits and
 // the colours from it), and in every case computes ButtonWidthPixels.
-void InitControls();
+KEL_EXPORT void InitControls();
 
 } // namespace kel

@@ -2,6 +2,7 @@
 // What every entry control shares: caption and field layout, the background colour that records
 // focus and lock state, the caption colour for Mandatory, selection on focus, and persistence
 // through the public setters. A control states only where it departs.
+#include "platform/kelexport.h"
 #include "forms/label.h"
 #include "forms/usercontrol.h"
 #include "platform/variant.h"
@@ -30,7 +31,7 @@ QLocale runtimeRegion();
 // The run-time object's field font on `field`; a run-time object without fonts leaves it alone.
 void takeFieldFont(Child *field);
 
-class FieldControl : public UserControl
+class KEL_EXPORT FieldControl : public UserControl
 {
     Q_OBJECT
     Q_PROPERTY(QString Caption READ Caption WRITE setCaption)

@@ -1,5 +1,6 @@
 #pragma once
 // The library's entry points for hosts: create any class by name.
+#include "platform/kelexport.h"
 #include "library/classfactory.h"
 
 class QWidget;
@@ -7,10 +8,10 @@ class QWidget;
 namespace kel {
 
 // Registers every class of the library with the class factory (idempotent).
-void registerKelControls8();
+KEL_EXPORT void registerKelControls8();
 
 // Creates a class of the library by name (regardless of case): a control as a child of `parent`,
 // or a KelControlHandler. nullptr with *error set for an unknown class.
-QObject *createObject(const QString &className, QWidget *parent = nullptr, QString *error = nullptr);
+KEL_EXPORT QObject *createObject(const QString &className, QWidget *parent = nullptr, QString *error = nullptr);
 
 } // namespace kel

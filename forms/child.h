@@ -2,6 +2,7 @@
 // A child widget of a control, seen the classic way: geometry in twips, classic colours, and
 // the events KeyDown / KeyPress (with codes a handler may change or zero), GotFocus, LostFocus,
 // Click, MouseDown and Change.
+#include "platform/kelexport.h"
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
@@ -23,7 +24,7 @@ int keyAscii(const QKeyEvent *e);
 // Moves the focus on from the focus widget exactly as the user's Tab key does.
 void sendTabKey();
 
-class Child : public QObject
+class KEL_EXPORT Child : public QObject
 {
     Q_OBJECT
 public:
@@ -107,7 +108,7 @@ private:
 };
 
 // A child that holds editable text with a selection: the text box, and later the combo box.
-class EditChild : public Child
+class KEL_EXPORT EditChild : public Child
 {
     Q_OBJECT
 public:

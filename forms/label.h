@@ -1,11 +1,12 @@
 #pragma once
+#include "platform/kelexport.h"
 #include "forms/child.h"
 
 #include <QLabel>
 
 namespace kel {
 
-class Label : public Child
+class KEL_EXPORT Label : public Child
 {
     Q_OBJECT
 public:

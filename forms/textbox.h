@@ -2,6 +2,7 @@
 // The text box in its single-line and multi-line kinds. The multi-line kind shows carriage
 // return + line feed pairs as line breaks and counts both characters in every position; a lone
 // carriage return or line feed stays a character of the text.
+#include "platform/kelexport.h"
 #include "forms/child.h"
 
 class QLineEdit;
@@ -10,7 +11,7 @@ namespace kel {
 
 class MultiLineEdit;
 
-class TextBox : public EditChild
+class KEL_EXPORT TextBox : public EditChild
 {
     Q_OBJECT
 public:

@@ -2,13 +2,14 @@
 // The up-down spinner: two arrow buttons, one above the other. Its Value rests at 1 between
 // clicks; a click on the upper button sets 2, on the lower one 0, and raises Change. The owner
 // reads the value and puts it back to 1. It never takes the focus.
+#include "platform/kelexport.h"
 #include "forms/child.h"
 
 namespace kel {
 
 class SpinnerWidget;
 
-class UpDown : public Child
+class KEL_EXPORT UpDown : public Child
 {
     Q_OBJECT
 public:

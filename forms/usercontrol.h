@@ -1,6 +1,7 @@
 #pragma once
 // The base of every control: the container's lifecycle, focus entry and exit of the control as
 // a whole, property-changed notices, the extender's tool tip, and sizes in twips.
+#include "platform/kelexport.h"
 #include "platform/liveobjects.h"
 #include "platform/propertybag.h"
 
@@ -10,7 +11,7 @@ namespace kel {
 
 class Child;
 
-class UserControl : public QWidget
+class KEL_EXPORT UserControl : public QWidget
 {
     Q_OBJECT
 public:

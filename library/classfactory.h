@@ -1,6 +1,7 @@
 #pragma once
 // Creating the library's classes by name, counting live objects, and the registration that hosts
 // and the Designer plugin read.
+#include "platform/kelexport.h"
 #include "platform/liveobjects.h"
 
 #include <QObject>
@@ -11,7 +12,7 @@ class QWidget;
 
 namespace kel {
 
-class ClassFactory
+class KEL_EXPORT ClassFactory
 {
 public:
     using Creator = std::function<QObject *(QWidget *parent)>;
@@ -23,12 +24,12 @@ public:
 };
 
 // True when no control and no handler is alive.
-bool DllCanUnloadNow();
+KEL_EXPORT bool DllCanUnloadNow();
 
 // Registration: an INI file listing every class with its ids and the library's file, under
 // $XDG_DATA_HOME/KelControls8/registry.ini unless a path is given.
-QString defaultRegistryPath();
-bool DllRegisterServer(QString *error = nullptr, const QString &path = QString());
-bool DllUnregisterServer(QString *error = nullptr, const QString &path = QString());
+KEL_EXPORT QString defaultRegistryPath();
+KEL_EXPORT bool DllRegisterServer(QString *error = nullptr, const QString &path = QString());
+KEL_EXPORT bool DllUnregisterServer(QString *error = nullptr, const QString &path = QString());
 
 } // namespace kel

@@ -1,4 +1,5 @@
 #pragma once
+#include "platform/kelexport.h"
 #include "library/classfactory.h"
 #include "library/runtimeinterface.h"
 
@@ -7,7 +8,7 @@
 namespace kel {
 
 // Hands the library the host's run-time object.
-class KelControlHandler : public QObject
+class KEL_EXPORT KelControlHandler : public QObject
 {
     Q_OBJECT
 public:

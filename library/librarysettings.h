@@ -1,5 +1,6 @@
 #pragma once
 // The library-wide settings, held once for all controls.
+#include "platform/kelexport.h"
 #include "library/runtimeinterface.h"
 
 namespace kel {
@@ -17,13 +18,13 @@ struct LibrarySettings {
     qint16 ButtonWidthPixels = 0;
 };
 
-LibrarySettings &librarySettings();
+KEL_EXPORT LibrarySettings &librarySettings();
 
 // Takes `runtime` as the library's run-time object and reads the regional separator, the
 // regional digits and the field colours from it. Errors of the run-time object propagate.
-void adoptRuntime(std::shared_ptr<IKelRuntime> runtime);
+KEL_EXPORT void adoptRuntime(std::shared_ptr<IKelRuntime> runtime);
 
 // Forgets everything (for tests and for a host that reloads the library).
-void resetLibrarySettings();
+KEL_EXPORT void resetLibrarySettings();
 
 } // namespace kel

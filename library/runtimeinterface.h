@@ -1,6 +1,7 @@
 #pragma once
 // What the controls need of the host's run-time object. Hosts hand their own through
 // KelControlHandler::SetRuntime; otherwise the library creates the default KelRuntime8.
+#include "platform/kelexport.h"
 #include "platform/variant.h"
 
 #include <QObject>
@@ -10,7 +11,7 @@
 namespace kel {
 
 // A service the run-time object cannot give; the call fails with this error.
-class RuntimeError : public std::runtime_error
+class KEL_EXPORT RuntimeError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
@@ -21,7 +22,7 @@ struct FontSpec {
     double size = 0;
 };
 
-class IRuntimeDates
+class KEL_EXPORT IRuntimeDates
 {
 public:
     virtual ~IRuntimeDates() = default;
@@ -36,7 +37,7 @@ public:
 };
 
 // A QObject so that hosts can pass it through dispatch as an object argument.
-class IKelRuntime : public QObject
+class KEL_EXPORT IKelRuntime : public QObject
 {
 public:
     using QObject::QObject;

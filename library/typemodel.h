@@ -1,6 +1,7 @@
 #pragma once
 // The library's public surface as data: classes, members in function-table order, dispatch ids,
 // events and the enumeration. One table, read by the factory, dispatch, the IDL dump and tests.
+#include "platform/kelexport.h"
 #include <QString>
 #include <QStringList>
 #include <QUuid>
@@ -71,17 +72,17 @@ constexpr qint32 DISPID_VALUE = 0;
 constexpr qint32 DISPID_ENABLED = -514;
 constexpr qint32 DISPID_CAPTION = -518;
 
-const Library &library();
-const ClassInfo *findClass(QStringView name);                       // regardless of case
-const Member *findMember(const ClassInfo &cls, qint32 dispid);
-const Member *findMember(const ClassInfo &cls, QStringView name);   // regardless of case
+KEL_EXPORT const Library &library();
+KEL_EXPORT const ClassInfo *findClass(QStringView name);                       // regardless of case
+KEL_EXPORT const Member *findMember(const ClassInfo &cls, qint32 dispid);
+KEL_EXPORT const Member *findMember(const ClassInfo &cls, QStringView name);   // regardless of case
 
 // Name-based (v5) so that ids stay the same from build to build; also used for the enumeration.
-QUuid stableUuid(const QString &name);
+KEL_EXPORT QUuid stableUuid(const QString &name);
 
-QString typeName(VType t);   // "BSTR", "VARIANT_BOOL", "short", "long", "double", "DATE", "VARIANT", ...
+KEL_EXPORT QString typeName(VType t);   // "BSTR", "VARIANT_BOOL", "short", "long", "double", "DATE", "VARIANT", ...
 
 // The whole model as IDL text, classes and members in function-table order.
-QString dumpIdl();
+KEL_EXPORT QString dumpIdl();
 
 } // namespace kel::typemodel

@@ -2,6 +2,7 @@
 // Day serials: whole days since 30 December 1899, the fraction is the time of day.
 // Before that day the serial is negative but its fraction still counts forward within
 // the day: -1.25 is 29 December 1899 06:00, not 28 December 18:00.
+#include "platform/kelexport.h"
 #include <QDate>
 #include <QDateTime>
 #include <optional>
@@ -19,42 +20,42 @@ struct CivilDateTime {
 };
 
 // Finite and within 1 January 100 00:00:00 .. 31 December 9999 23:59:59.
-bool isValidDaySerial(double serial);
+KEL_EXPORT bool isValidDaySerial(double serial);
 
 // Month and day roll over in both directions (month 13 is next January, day 0 the last
 // day of the previous month); years 0..29 mean 2000..2029 and 30..99 mean 1930..1999.
-std::optional<double> DateSerial(int year, int month, int day);
+KEL_EXPORT std::optional<double> DateSerial(int year, int month, int day);
 // Hours, minutes and seconds roll over into days; the result may leave 0..1.
-std::optional<double> TimeSerial(int hour, int minute, int second);
+KEL_EXPORT std::optional<double> TimeSerial(int hour, int minute, int second);
 // DateSerial and TimeSerial in one, rolling seconds through to years.
-std::optional<double> DateTimeSerial(int year, int month, int day, int hour, int minute, int second);
+KEL_EXPORT std::optional<double> DateTimeSerial(int year, int month, int day, int hour, int minute, int second);
 
-std::optional<CivilDateTime> splitDaySerial(double serial);
+KEL_EXPORT std::optional<CivilDateTime> splitDaySerial(double serial);
 
 // Parts of a serial; 0 when the serial is not valid.
-int Year(double serial);
-int Month(double serial);
-int Day(double serial);
-int Hour(double serial);
-int Minute(double serial);
-int Second(double serial);
-int DayOfYear(double serial);
+KEL_EXPORT int Year(double serial);
+KEL_EXPORT int Month(double serial);
+KEL_EXPORT int Day(double serial);
+KEL_EXPORT int Hour(double serial);
+KEL_EXPORT int Minute(double serial);
+KEL_EXPORT int Second(double serial);
+KEL_EXPORT int DayOfYear(double serial);
 // 1..7 counted from firstDayOfWeek (1 = Sunday .. 7 = Saturday, 0 = the locale's first day).
-int Weekday(double serial, int firstDayOfWeek = 1);
+KEL_EXPORT int Weekday(double serial, int firstDayOfWeek = 1);
 
 enum class DateInterval { Day, Week, Month, Quarter, Year, Hour, Minute, Second };
 
 // Adds whole intervals (number is truncated toward zero). Months and years keep the day
 // when it exists, else take the month's last day; the time of day is kept. nullopt when
 // the result leaves the valid range or an argument is not finite.
-std::optional<double> DateAdd(DateInterval interval, double number, double serial);
+KEL_EXPORT std::optional<double> DateAdd(DateInterval interval, double number, double serial);
 
 // The last day of the serial's month, at midnight; NaN for an invalid serial.
-double LastDayOfMonth(double serial);
+KEL_EXPORT double LastDayOfMonth(double serial);
 
-QDate toQDate(double serial);          // invalid QDate for an invalid serial
-QDateTime toQDateTime(double serial);  // local time, no zone conversion
-std::optional<double> fromQDate(QDate date);
-std::optional<double> fromQDateTime(const QDateTime &dateTime);
+KEL_EXPORT QDate toQDate(double serial);          // invalid QDate for an invalid serial
+KEL_EXPORT QDateTime toQDateTime(double serial);  // local time, no zone conversion
+KEL_EXPORT std::optional<double> fromQDate(QDate date);
+KEL_EXPORT std::optional<double> fromQDateTime(const QDateTime &dateTime);
 
 } // namespace kel

@@ -5,6 +5,7 @@
 // form the classic runtime prints), and every rounding decision is made on those
 // decimal digits, half away from zero: 2.675 shows as 2.68 with two decimals although
 // its binary value lies just below the half.
+#include "platform/kelexport.h"
 #include <QLocale>
 #include <QString>
 
@@ -17,22 +18,22 @@ enum class RoundMode { HalfAwayFromZero, HalfEven };
 // Rounds v to `digits` decimals (0..16), deciding on the shortest decimal text that reads
 // back as v, so 1.005 -> 1.01 and 0.125 -> 0.13 (HalfEven: 0.12). Non-finite values,
 // |v| >= 1e16 and digits outside 0..16 come back unchanged; a zero result is +0.
-double RoundDecimal(double v, int digits, RoundMode mode = RoundMode::HalfAwayFromZero);
+KEL_EXPORT double RoundDecimal(double v, int digits, RoundMode mode = RoundMode::HalfAwayFromZero);
 // The same rounding as plain text with exactly `digits` decimals: '-' and '.', no
 // grouping ("2.68", "-3", "0.00"); any finite magnitude, digits clamped to 0..340.
-QString RoundDecimalString(double v, int digits, RoundMode mode = RoundMode::HalfAwayFromZero);
+KEL_EXPORT QString RoundDecimalString(double v, int digits, RoundMode mode = RoundMode::HalfAwayFromZero);
 
 // What the classic Str/CStr give for a Double: up to 15 significant digits, no grouping,
 // "-" for negatives, exponent form ("1E+20", "1.5E-05") from 1E+15 up and below 1E-04.
 // The decimal separator is the locale's.
-QString GeneralNumber(double v, const QLocale &locale = QLocale());
+KEL_EXPORT QString GeneralNumber(double v, const QLocale &locale = QLocale());
 
 // A user-defined numeric format: # 0 . , % E+ E- e+ e-, "quoted" and \x literals, other
 // characters literal, up to four ;-separated sections (positive;negative;zero;null).
 // The named formats General Number, Currency, Fixed, Standard, Percent, Scientific,
 // Yes/No, True/False and On/Off are understood too. An empty pattern gives
 // GeneralNumber. The output uses the locale's decimal and group separators.
-QString FormatNumber(double value, const QString &pattern, const QLocale &locale = QLocale());
+KEL_EXPORT QString FormatNumber(double value, const QString &pattern, const QLocale &locale = QLocale());
 
 // A user-defined date/time format (d dd ddd dddd ddddd dddddd w ww m mm mmm mmmm q y yy
 // yyyy h hh n nn s ss ttttt c, AM/PM am/pm A/P a/p AMPM, "quoted" and \x literals) or a
@@ -47,7 +48,7 @@ QString FormatDate(double serial, const QString &pattern, const QLocale &locale 
 // numbers, Booleans and text that reads as a number are numbers, Dates are dates; a date
 // pattern shows a number as a day serial and a numeric pattern shows a Date's serial.
 // Text that is not a number comes back as it is.
-QString FormatVariant(const Variant &v, const QString &pattern, const QLocale &locale = QLocale());
+KEL_EXPORT QString FormatVariant(const Variant &v, const QString &pattern, const QLocale &locale = QLocale());
 
 // The classic FormatNumber with its tri-states resolved: digits after the locale's decimal
 // separator (0..99), "0" before it for |v| < 1 when includeLeadingDigit, "(1,234.50)" or
@@ -58,6 +59,6 @@ QString FormatNumberRegional(double v, int digitsAfterDecimal, bool includeLeadi
                              const QLocale &locale = QLocale());
 
 // Whether Format reads the pattern as a date/time pattern rather than a numeric one.
-bool isDatePattern(const QString &pattern);
+KEL_EXPORT bool isDatePattern(const QString &pattern);
 
 } // namespace kel

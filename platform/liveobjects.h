@@ -1,10 +1,11 @@
 #pragma once
+#include "platform/kelexport.h"
 
 namespace kel {
 
 // Counts one live object of the library for as long as it exists; 0 live objects means the
 // library may be unloaded.
-class LiveObject
+class KEL_EXPORT LiveObject
 {
 public:
     LiveObject();
@@ -13,6 +14,6 @@ public:
     ~LiveObject();
 };
 
-int liveObjects();
+KEL_EXPORT int liveObjects();
 
 } // namespace kel

@@ -1,5 +1,6 @@
 #pragma once
 // The host's property bag: named, typed design-time values of one control.
+#include "platform/kelexport.h"
 #include "platform/variant.h"
 
 #include <QList>
@@ -7,7 +8,7 @@
 
 namespace kel {
 
-class PropertyBag
+class KEL_EXPORT PropertyBag
 {
 public:
     enum class NameMatch { Exact, IgnoreCase };
@@ -22,12 +23,12 @@ public:
 
 // Converts a stored value to the type of the default, as a bag does on read. Returns false
 // when the value cannot take that type.
-bool coerceToTypeOf(const Variant &stored, const Variant &like, Variant *out);
+KEL_EXPORT bool coerceToTypeOf(const Variant &stored, const Variant &like, Variant *out);
 
 // Values equal as a bag compares them against defaults (same type after coercion, same value).
-bool sameBagValue(const Variant &a, const Variant &b);
+KEL_EXPORT bool sameBagValue(const Variant &a, const Variant &b);
 
-class MemoryPropertyBag : public PropertyBag
+class KEL_EXPORT MemoryPropertyBag : public PropertyBag
 {
 public:
     explicit MemoryPropertyBag(NameMatch match = NameMatch::IgnoreCase) : m_match(match) {}

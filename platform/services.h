@@ -1,5 +1,6 @@
 #pragma once
 // The platform services the controls use, injectable so tests can capture and fix them.
+#include "platform/kelexport.h"
 #include <QDate>
 #include <QDateTime>
 #include <QString>
@@ -7,7 +8,7 @@
 
 namespace kel {
 
-class Services
+class KEL_EXPORT Services
 {
 public:
     virtual ~Services() = default;
@@ -22,17 +23,17 @@ public:
 
 // The installed services. Until something is installed, a quiet default answers (no box, no
 // sound, the real clock); forms/ installs the Qt one when the first control is created.
-Services &services();
+KEL_EXPORT Services &services();
 // Installs s (taking ownership); returns the previous one.
-std::unique_ptr<Services> setServices(std::unique_ptr<Services> s);
-bool hasInstalledServices();
+KEL_EXPORT std::unique_ptr<Services> setServices(std::unique_ptr<Services> s);
+KEL_EXPORT bool hasInstalledServices();
 
 // The local seconds since midnight from a coarse system clock (a few milliseconds of
 // resolution), cheap enough to be read on every call of a hot path.
 float secondsSinceMidnight();
 
 // A test double: records message boxes and beeps, and lets a test set the clock and the date.
-class RecordingServices : public Services
+class KEL_EXPORT RecordingServices : public Services
 {
 public:
     struct Box { QString prompt; int style; QString title; };

@@ -1,5 +1,6 @@
 #pragma once
 // The classic run-time's variant: Empty, Null, Boolean, Integer, Long, Double, Date, String.
+#include "platform/kelexport.h"
 #include <QMetaType>
 #include <QString>
 #include <QtGlobal>
@@ -21,7 +22,7 @@ struct NullT { friend bool operator==(NullT, NullT) { return true; } };
 inline constexpr EmptyT Empty{};
 inline constexpr NullT Null{};
 
-class Variant
+class KEL_EXPORT Variant
 {
 public:
     enum class Type { Empty, Null, Boolean, Integer, Long, Double, Date, String, Object };
@@ -72,12 +73,12 @@ private:
 // The classic a <> b between variants. A comparison involving Null is Null, which counts as not
 // different; Empty is 0 against a number and "" against text; numbers, Booleans and dates compare
 // by value; text compares exactly; a number never equals text.
-bool differs(const Variant &a, const Variant &b);
+KEL_EXPORT bool differs(const Variant &a, const Variant &b);
 
 // Reads text as a number the way the classic numeric test does: blanks around, a sign before or
 // after, parentheses for negatives, digits with group separators, one decimal separator,
 // an exponent, or &H / &O radix prefixes. Uses the given separators.
-bool parseClassicNumber(const QString &text, QChar decimalSep, QChar groupSep, double *out);
+KEL_EXPORT bool parseClassicNumber(const QString &text, QChar decimalSep, QChar groupSep, double *out);
 
 // Makes Variant and Date convertible to and from plain QVariants (numbers, text, booleans,
 // QDate/QDateTime/QTime, nullptr for Null), so hosts reach every property through

@@ -1,6 +1,7 @@
 #pragma once
 // The default run-time object: regional settings from QLocale, colour depth from the screen,
 // fonts from the application font. Every setting can be overridden by hosts and tests.
+#include "platform/kelexport.h"
 #include "library/runtimeinterface.h"
 
 #include <QLocale>
@@ -8,7 +9,7 @@
 
 namespace kel {
 
-class KelRuntime8 : public IKelRuntime
+class KEL_EXPORT KelRuntime8 : public IKelRuntime
 {
 public:
     explicit KelRuntime8(QObject *parent = nullptr);
@@ -39,7 +40,7 @@ private:
 };
 
 // The number services of the default run-time object, on the given locale's separators.
-class KelRuntimeDates : public IRuntimeDates
+class KEL_EXPORT KelRuntimeDates : public IRuntimeDates
 {
 public:
     explicit KelRuntimeDates(const QLocale &locale) : m_locale(locale) {}

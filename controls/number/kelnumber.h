@@ -3,10 +3,11 @@
 // the field rests, plain while it is edited, typed through a key filter that admits only what can
 // make a number, stepped by an optional spinner or the Up and Down keys, kept in MinValue..MaxValue.
 #include "common/spinfield.h"
+#include "platform/kelexport.h"
 
 namespace kel {
 
-class KelNumber : public SpinField
+class KEL_EXPORT KelNumber : public SpinField
 {
     Q_OBJECT
     Q_PROPERTY(bool Changed READ Changed)

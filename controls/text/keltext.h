@@ -1,12 +1,13 @@
 #pragma once
 // Free text, single- or multi-line, with overwrite typing, Enter as Tab, and the shared change
 // tracking, mandatory check and colours.
+#include "platform/kelexport.h"
 #include "common/fieldcontrol.h"
 #include "forms/textbox.h"
 
 namespace kel {
 
-class KelText : public FieldControl
+class KEL_EXPORT KelText : public FieldControl
 {
     Q_OBJECT
     Q_PROPERTY(bool Changed READ Changed)
