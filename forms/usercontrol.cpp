@@ -51,8 +51,9 @@ void UserControl::resizeTo(const QSize &size)
 {
     const QSize old = this->size();
     resize(size);
-    // A hidden widget gets its resize event only when shown; the container resizes now.
-    if (!isVisible() && old != size) {
+    // A hidden widget gets its resize event only when shown, and a size that rounds to the same
+    // pixels none at all; the container's resize lays out now either way.
+    if (!isVisible() || old == size) {
         QResizeEvent e(size, old);
         resizeEvent(&e);
     }

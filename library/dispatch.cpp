@@ -41,7 +41,8 @@ QString convert(const Variant &v, VType t, QVariant *out)
     case VType::Int16: case VType::Int32: case VType::DaysFlag: {
         d = std::nearbyint(v.toDouble(&ok));
         const bool small = t == VType::Int16;
-        if (ok && (d < (small ? -32768.0 : -2147483648.0) || d > (small ? 32767.0 : 2147483647.0)))
+        // Written so that NaN fails too: it fits no integer.
+        if (ok && !(d >= (small ? -32768.0 : -2147483648.0) && d <= (small ? 32767.0 : 2147483647.0)))
             return QStringLiteral("Overflow");
         *out = small ? QVariant::fromValue(qint16(ok ? d : 0)) : QVariant::fromValue(qint32(ok ? d : 0));
         break;

@@ -28,6 +28,12 @@ void adoptRuntime(std::shared_ptr<IKelRuntime> runtime)
     }
 }
 
+QLocale regionalLocale()
+{
+    const auto &rt = librarySettings().Runtime;
+    return rt ? rt->Locale() : QLocale();
+}
+
 void resetLibrarySettings() { librarySettings() = LibrarySettings{}; }
 
 } // namespace kel

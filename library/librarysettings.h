@@ -24,6 +24,9 @@ KEL_EXPORT LibrarySettings &librarySettings();
 // regional digits and the field colours from it. Errors of the run-time object propagate.
 KEL_EXPORT void adoptRuntime(std::shared_ptr<IKelRuntime> runtime);
 
+// The held run-time object's region, or the process's while none is held.
+QLocale regionalLocale();
+
 // Forgets everything (for tests and for a host that reloads the library).
 KEL_EXPORT void resetLibrarySettings();
 

@@ -4,6 +4,7 @@
 #include "platform/kelexport.h"
 #include "platform/variant.h"
 
+#include <QLocale>
 #include <QObject>
 #include <memory>
 #include <stdexcept>
@@ -44,6 +45,9 @@ public:
     virtual int ColourDepth() = 0;                 // bits per pixel of the display
     virtual QString DecimalSeparator() = 0;        // its first character is used
     virtual qint16 DecimalDigits() = 0;
+    // The region the controls show numbers and dates in. RuntimeDates must read back what this
+    // region writes (its decimal and group separators), or shown values would not parse back.
+    virtual QLocale Locale() = 0;
     virtual FontSpec CaptionFont() = 0;
     virtual FontSpec FieldFont() = 0;
     virtual void SendKey(int virtualKey) = 0;      // 9: move the focus on as Tab would

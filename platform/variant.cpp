@@ -172,7 +172,7 @@ static I toInt(const Variant &v, bool *ok)
     bool good = false;
     double d = v.toDouble(&good);
     d = std::nearbyint(d);
-    if (!good || d < std::numeric_limits<I>::min() || d > std::numeric_limits<I>::max()) {
+    if (!good || !(d >= std::numeric_limits<I>::min() && d <= std::numeric_limits<I>::max())) { // NaN too
         if (ok) *ok = false;
         return 0;
     }

@@ -17,6 +17,7 @@ public:
     int ColourDepth() override;
     QString DecimalSeparator() override;
     qint16 DecimalDigits() override;
+    QLocale Locale() override { return locale(); }
     FontSpec CaptionFont() override;
     FontSpec FieldFont() override;
     void SendKey(int virtualKey) override;

@@ -3,7 +3,7 @@
 #include "common/baskelcontrols.h"
 #include "platform/format.h"
 #include "platform/services.h"
-#include "runtime/kelruntime8.h"
+#include "library/librarysettings.h"
 
 #include <cmath>
 #include <utility>
@@ -19,7 +19,7 @@ QChar regionalDecimalChar()
 {
     if (const qint16 code = librarySettings().DecimalSeparatorCode)
         return QChar(char16_t(code));
-    const QString dec = runtimeLocale().decimalPoint();
+    const QString dec = regionalLocale().decimalPoint();
     return dec.isEmpty() ? QChar(u'.') : dec[0];
 }
 
@@ -180,7 +180,7 @@ double KelNumber::currentValue()
 
 QString KelNumber::displayText(double v, bool group) const
 {
-    return FormatNumberRegional(v, m_decimalsInUse, true, true, group, runtimeLocale());
+    return FormatNumberRegional(v, m_decimalsInUse, true, true, group, regionalLocale());
 }
 
 QString KelNumber::editText(double v) const
@@ -188,7 +188,7 @@ QString KelNumber::editText(double v) const
     QString pattern(15, u'#');
     if (m_decimalsInUse > 0)
         pattern += u'.' + QString(m_decimalsInUse, u'#');
-    QString text = FormatNumber(v, pattern, runtimeLocale());
+    QString text = FormatNumber(v, pattern, regionalLocale());
     if (m_decimalsInUse > 0 && text.endsWith(m_decimalChar))
         text.chop(1);
     return text;
@@ -227,8 +227,14 @@ void KelNumber::stepValue(double delta)
     m_textDirty = false;
     const std::shared_ptr<IRuntimeDates> dates = runtime().RuntimeDates();
     const double from = clamped(parseField());
-    const double stepped = dates->RoundNumber(from + delta, m_decimalsInUse);
-    m_value = clamped(dates->NumberFromValue(GeneralNumber(stepped, runtimeLocale()), m_decimalsInUse));
+    const double sum = from + delta;
+    // A sum past the largest double is past any bound; rounding infinity would give 0.
+    if (std::isfinite(sum)) {
+        const double stepped = dates->RoundNumber(sum, m_decimalsInUse);
+        m_value = clamped(dates->NumberFromValue(GeneralNumber(stepped, regionalLocale()), m_decimalsInUse));
+    } else {
+        m_value = sum > 0 ? m_maxValue : m_minValue;
+    }
     showText(displayText(m_value, m_groupDigits));
     if (m_value != m_valueOriginal) {
         emit Change();

@@ -1,4 +1,5 @@
 #include "common/baskelcontrols.h"
+#include "controls/number/kelnumber.h"
 #include "controls/text/keltext.h"
 #include "kelfixture.h"
 #include "library/kelcontrolhandler.h"
@@ -152,6 +153,44 @@ private slots:
         QCOMPARE(QRect(0, 0, qRound(t.Width()), qRound(t.Height())), control);
         QCOMPARE(rect(t.Label1), label);
         QCOMPARE(rect(t.Text1[multi ? 1 : 0]), field);
+    }
+
+    // A size in twips that rounds to the pixels the control already has still runs the layout.
+    void layoutAtSamePixels_data()
+    {
+        QTest::addColumn<bool>("number");
+        QTest::addColumn<bool>("upDown");
+        QTest::addColumn<bool>("height");
+        QTest::addColumn<double>("set");
+        QTest::addColumn<double>("expected");
+        QTest::newRow("number height exactly 300") << true << false << true << 305.0 << 300.0;
+        QTest::newRow("text height at least 300") << false << false << true << 295.0 << 300.0;
+        QTest::newRow("number with spinner at least 340 wide") << true << true << false << 338.0 << 340.0;
+    }
+    void layoutAtSamePixels()
+    {
+        QFETCH(bool, number);
+        QFETCH(bool, upDown);
+        QFETCH(bool, height);
+        QFETCH(double, set);
+        QFETCH(double, expected);
+        test::useRuntime();
+        QWidget window;
+        FieldControl *c = number ? static_cast<FieldControl *>(new KelNumber(&window)) : new KelText(&window);
+        if (number)
+            static_cast<KelNumber *>(c)->setUpDown(upDown);
+        c->setCaptionWidth(0);
+        c->setWidth(height ? 3000 : expected);
+        c->setHeight(300);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        if (height) {
+            c->setHeight(set);
+            QCOMPARE(c->Height(), expected);
+        } else {
+            c->setWidth(set);
+            QCOMPARE(c->Width(), expected);
+        }
     }
 
     // The background colour is the state: focus, lock and enable move it as a table.

@@ -63,21 +63,24 @@ private slots:
     {
         QTest::addColumn<QString>("member");
         QTest::addColumn<int>("kind");
-        QTest::addColumn<QList<QString>>("args");
+        QTest::addColumn<QList<Variant>>("args");
         QTest::addColumn<QString>("error");
         const int get = int(DispatchKind::PropertyGet), put = int(DispatchKind::PropertyPut), call = int(DispatchKind::Method);
-        QTest::newRow("unknown") << u"Nope"_qs << get << QList<QString>{} << u"KelText.Nope: unknown member"_qs;
-        QTest::newRow("read-only") << u"TextRaw"_qs << put << QList<QString>{u"x"_qs} << u"KelText.TextRaw: the member cannot be assigned"_qs;
-        QTest::newRow("mismatch") << u"CaptionWidth"_qs << put << QList<QString>{u"wide"_qs} << u"KelText.CaptionWidth: Type mismatch"_qs;
-        QTest::newRow("overflow") << u"MaxLength"_qs << put << QList<QString>{u"40000"_qs} << u"KelText.MaxLength: Overflow"_qs;
-        QTest::newRow("too many") << u"TooltipSet"_qs << call << QList<QString>{u"a"_qs, u"b"_qs} << u"KelText.TooltipSet: wrong number of arguments"_qs;
-        QTest::newRow("too few") << u"TooltipSet"_qs << call << QList<QString>{} << u"KelText.TooltipSet: wrong number of arguments"_qs;
+        QTest::newRow("unknown") << u"Nope"_qs << get << QList<Variant>{} << u"KelText.Nope: unknown member"_qs;
+        QTest::newRow("read-only") << u"TextRaw"_qs << put << QList<Variant>{u"x"_qs} << u"KelText.TextRaw: the member cannot be assigned"_qs;
+        QTest::newRow("mismatch") << u"CaptionWidth"_qs << put << QList<Variant>{u"wide"_qs} << u"KelText.CaptionWidth: Type mismatch"_qs;
+        QTest::newRow("overflow") << u"MaxLength"_qs << put << QList<Variant>{u"40000"_qs} << u"KelText.MaxLength: Overflow"_qs;
+        QTest::newRow("NaN") << u"MaxLength"_qs << put << QList<Variant>{qQNaN()} << u"KelText.MaxLength: Overflow"_qs;
+        QTest::newRow("infinity") << u"CaptionWidth"_qs << put << QList<Variant>{qInf()} << u"KelText.CaptionWidth: Overflow"_qs;
+        QTest::newRow("-infinity") << u"CaptionWidth"_qs << put << QList<Variant>{-qInf()} << u"KelText.CaptionWidth: Overflow"_qs;
+        QTest::newRow("too many") << u"TooltipSet"_qs << call << QList<Variant>{u"a"_qs, u"b"_qs} << u"KelText.TooltipSet: wrong number of arguments"_qs;
+        QTest::newRow("too few") << u"TooltipSet"_qs << call << QList<Variant>{} << u"KelText.TooltipSet: wrong number of arguments"_qs;
     }
     void errorsAreResults()
     {
         QFETCH(QString, member);
         QFETCH(int, kind);
-        QFETCH(QList<QString>, args);
+        QFETCH(QList<Variant>, args);
         QFETCH(QString, error);
         KelText t;
         std::vector<Variant> v(args.begin(), args.end());

@@ -1,13 +1,16 @@
 #include "controls/number/kelnumber.h"
 #include "kelfixture.h"
 #include "library/dispatch.h"
+#include "library/kelcontrolhandler.h"
 #include "library/typemodel.h"
 
 #include <QApplication>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
+#include <QScopeGuard>
 #include <QWheelEvent>
+#include <cmath>
 
 using namespace kel;
 
@@ -25,6 +28,55 @@ struct KeyCase { int decimals; double number; int caret; bool insert, locked; co
 struct StepCase { bool upDown; double start, min, max, step; const char *how; double value; int changes; const char16_t *shown; };
 struct ValidCase { bool mandatory, locked; double min, max; int decimals; bool group; const char16_t *typed; QString message; double committed; };
 struct LayoutCase { bool upDown; double width, expected, label; };
+
+// A host's own run-time object: its number services read its region's text, and nothing of
+// ours is behind it.
+class HostDates : public IRuntimeDates
+{
+public:
+    explicit HostDates(const QLocale &region) : m_region(region) {}
+    Variant ParseDate(const QString &, const QString &, const Variant &, bool) override { return Null; }
+    Date LastDayOfMonth(Date d) override { return d; }
+    Variant ParseTime(const QString &) override { return Null; }
+    double NumberFromValue(const Variant &value, qint16 decimals) override
+    {
+        if (value.type() != Variant::Type::String)
+            return RoundNumber(value.toDouble(), decimals);
+        QString t = value.toString().remove(m_region.groupSeparator());
+        const bool parens = t.startsWith(u'(') && t.endsWith(u')');
+        if (parens)
+            t = t.mid(1, t.size() - 2);
+        const double v = t.isEmpty() ? 0 : m_region.toDouble(t);
+        return RoundNumber(parens ? -v : v, decimals);
+    }
+    double RoundNumber(double number, qint16 decimals) override
+    {
+        const double scale = std::pow(10.0, decimals);
+        return std::round(number * scale) / scale;
+    }
+
+private:
+    QLocale m_region;
+};
+
+class HostRuntime : public IKelRuntime
+{
+public:
+    explicit HostRuntime(const QLocale &region) : m_region(region) {}
+    int ColourDepth() override { return 24; }
+    QString DecimalSeparator() override { return m_region.decimalPoint(); }
+    qint16 DecimalDigits() override { return 2; }
+    QLocale Locale() override { return m_region; }
+    FontSpec CaptionFont() override { return {}; }
+    FontSpec FieldFont() override { return {}; }
+    void SendKey(int) override {}
+    std::shared_ptr<IRuntimeDates> RuntimeDates() override { return std::make_shared<HostDates>(m_region); }
+    QString ListAppend(const QString &list, const QString &) override { return list; }
+    QString ReadField(const QString &, qint32 &position, int) override { position = -1; return {}; }
+
+private:
+    QLocale m_region;
+};
 
 } // namespace
 
@@ -137,6 +189,45 @@ private slots:
         QCOMPARE(value(n), 12.5);
     }
 
+    // A host's run-time object in another region than the process: what the field shows is what
+    // the host's conversion reads back, so visiting and stepping never move the value.
+    void hostRegion_data()
+    {
+        QTest::addColumn<QLocale>("region");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<QString>("edited");
+        QTest::addColumn<QString>("stepped");
+        QTest::newRow("German") << QLocale(QLocale::German, QLocale::Germany) << u"1.234,50"_qs << u"1234,5"_qs << u"2,50"_qs;
+        QTest::newRow("Swiss") << QLocale(QLocale::German, QLocale::Switzerland) << str(u"1\u2019234.50") << u"1234.5"_qs << u"2.50"_qs;
+    }
+    void hostRegion()
+    {
+        QFETCH(QLocale, region);
+        QFETCH(QString, shown);
+        QFETCH(QString, edited);
+        QFETCH(QString, stepped);
+        const QLocale process;
+        QLocale::setDefault(QLocale::c());
+        auto restore = qScopeGuard([&] { QLocale::setDefault(process); });
+        KelControlHandler().SetRuntime(std::make_shared<HostRuntime>(region));
+        n->setDecimals(2);
+        n->setValue(1234.5);
+        QCOMPARE(text1(n)->text(), shown);
+        enter(n);
+        QCOMPARE(text1(n)->text(), edited);
+        enter(f->second);
+        QCOMPARE(value(n), 1234.5);
+        QVERIFY(!n->Changed());
+        QCOMPARE(text1(n)->text(), shown);
+
+        n->setUpDown(true);
+        n->setValue(1.5);
+        enter(n);
+        QTest::keyClick(text1(n), Qt::Key_Up);
+        QCOMPARE(value(n), 2.5);
+        QCOMPARE(text1(n)->text(), stepped);
+    }
+
     // Up/Down keys and the spinner halves; a step clamped back to the same value raises nothing.
     void stepping_data()
     {
@@ -148,6 +239,9 @@ private slots:
         QTest::newRow("keys idle without spinner") << StepCase{false, 5, 0, 10, 1, "up", 5, 0, u"5"};
         QTest::newRow("upper half") << StepCase{true, 5, 0, 10, 2, "upper", 7, 1, u"7.00"};
         QTest::newRow("lower half, fraction") << StepCase{true, 5, 0, 10, 0.25, "lower", 4.75, 1, u"4.75"};
+        QTest::newRow("past the largest double") << StepCase{true, 1e308, -1e308, 1e308, 1e308, "up", 1e308, 0, nullptr};
+        QTest::newRow("below the lowest double") << StepCase{true, -1e308, -1e308, 1e308, 1e308, "down", -1e308, 0, nullptr};
+        QTest::newRow("overflow lands on the bound") << StepCase{true, 1e308, -1e308, 1.7e308, 1e308, "upper", 1.7e308, 1, nullptr};
     }
     void stepping()
     {
@@ -170,7 +264,8 @@ private slots:
         }
         QCOMPARE(value(n), c.value);
         QCOMPARE(change.count(), c.changes);
-        QCOMPARE(text1(n)->text(), str(c.shown));
+        if (c.shown)
+            QCOMPARE(text1(n)->text(), str(c.shown));
         for (QWidget *w : {static_cast<QWidget *>(text1(n)), spin}) { // the wheel never steps
             QWheelEvent wheel({3, 3}, w->mapToGlobal(QPointF(3, 3)), {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
             QApplication::sendEvent(w, &wheel);

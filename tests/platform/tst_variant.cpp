@@ -52,8 +52,14 @@ private slots:
         QCOMPARE(Variant(2.5).toString(), u"2.5"_qs);
         QCOMPARE(Variant(1e20).toString(), u"1E+20"_qs);
         bool ok = true;
-        Variant(40000.0).toInt16(&ok);
-        QVERIFY(!ok);
+        for (double d : {40000.0, qQNaN(), qInf(), -qInf()}) {
+            ok = true;
+            Variant(d).toInt16(&ok);
+            QVERIFY(!ok);
+            ok = true;
+            Variant(d * 1e6).toInt32(&ok);
+            QVERIFY(!ok);
+        }
         QCOMPARE(Variant(2.5).toInt16(), qint16(2)); // integer conversion rounds half to even
         QCOMPARE(Variant(3.5).toInt16(), qint16(4));
     }
