@@ -1,19 +1,12 @@
 // The number field's two hot paths next to QDoubleSpinBox in the same run: stepping with the Up
-// key, and committing typed text. Prints ours / theirs for each pair at the end.
+// key, and committing typed text.
+#include "benchratio.h"
 #include "controls/number/kelnumber.h"
-#include "library/librarysettings.h"
-#include "runtime/kelruntime8.h"
 
 #include <QApplication>
 #include <QDoubleSpinBox>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <benchmark/benchmark.h>
-
-#include <cstdio>
-#include <map>
-#include <string>
-#include <unistd.h>
 
 using namespace kel;
 
@@ -132,67 +125,12 @@ BENCHMARK(KelNumber_Commit)->Unit(benchmark::kMillisecond);
 BENCHMARK(QDoubleSpinBox_setValue)->Unit(benchmark::kMillisecond);
 BENCHMARK(QDoubleSpinBox_interpretText)->Unit(benchmark::kMillisecond);
 
-// Keeps the mean CPU time of every benchmark for the ratios (steadier than wall time on a busy
-// machine).
-class RatioReporter : public benchmark::ConsoleReporter
-{
-public:
-    RatioReporter() : ConsoleReporter(isatty(fileno(stdout)) ? OO_Defaults : OO_Tabular) {}
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &r : runs) {
-            if (r.error_occurred)
-                continue;
-            if (r.run_type == Run::RT_Iteration) {
-                auto &[total, count] = m_runs[r.run_name.function_name];
-                total += r.GetAdjustedCPUTime();
-                ++count;
-            } else if (r.aggregate_name == "mean") {
-                m_means[r.run_name.function_name] = r.GetAdjustedCPUTime();
-            }
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-    double mean(const std::string &name) const
-    {
-        if (const auto m = m_means.find(name); m != m_means.end())
-            return m->second;
-        const auto it = m_runs.find(name);
-        return it == m_runs.end() || it->second.second == 0 ? 0 : it->second.first / it->second.second;
-    }
-
-private:
-    std::map<std::string, std::pair<double, int>> m_runs;
-    std::map<std::string, double> m_means;
-};
-
 } // namespace
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    auto rt = std::make_shared<KelRuntime8>();
-    rt->setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
-    adoptRuntime(rt);
-
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-
-    const std::pair<const char *, const char *> pairs[] = {
-        {"KelNumber_UpKey", "QDoubleSpinBox_stepUp"},
-        {"KelNumber_Commit", "QDoubleSpinBox_setValue"},
-        {"KelNumber_Commit", "QDoubleSpinBox_interpretText"},
-    };
-    std::printf("\nratio (ours / Qt, %d operations each)\n", Repeats);
-    for (const auto &[ours, theirs] : pairs) {
-        const double a = reporter.mean(ours), b = reporter.mean(theirs);
-        if (a > 0 && b > 0)
-            std::printf("  %-18s / %-30s %6.2fx\n", ours, theirs, a / b);
-    }
-    return 0;
+    return bench::runWithRatios(argc, argv,
+                                {{"KelNumber_UpKey", "QDoubleSpinBox_stepUp"},
+                                 {"KelNumber_Commit", "QDoubleSpinBox_setValue"},
+                                 {"KelNumber_Commit", "QDoubleSpinBox_interpretText"}});
 }

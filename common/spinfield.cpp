@@ -1,6 +1,7 @@
 #include "common/spinfield.h"
 
 #include "common/baskelcontrols.h"
+#include "platform/services.h"
 #include "runtime/kelruntime8.h"
 
 #include <utility>
@@ -92,6 +93,15 @@ void SpinField::overwriteNext()
 {
     if (!Text1->Locked() && !m_insertMode && Text1->SelLength() == 0)
         Text1->setSelLength(1);
+}
+
+bool SpinField::invalid(bool showMessage, const QString &message, const QString &title)
+{
+    if (showMessage) {
+        services().MsgBox(message, 64, title);
+        Text1->SetFocus();
+    }
+    return false;
 }
 
 void SpinField::showText(const QString &text)

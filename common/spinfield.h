@@ -52,6 +52,8 @@ protected:
     bool passesOrMovesOn(int &keyAscii);
     // Typing over: with nothing selected the character replaces the one after the caret.
     void overwriteNext();
+    // Valid's refusal: with showMessage, an information box and the focus back in the box.
+    bool invalid(bool showMessage, const QString &message, const QString &title);
     // Writes the box without marking the text as typed; an unchanged text keeps the caret.
     void showText(const QString &text);
 

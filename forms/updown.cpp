@@ -1,9 +1,13 @@
 #include "forms/updown.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStyle>
 #include <QStyleOptionSpinBox>
+#include <QTimer>
 
 namespace kel {
 
@@ -14,7 +18,12 @@ public:
     {
         setFocusPolicy(Qt::NoFocus);
         setAccessibleName(QStringLiteral("Up Down"));
+        m_repeat.setSingleShot(false);
+        connect(&m_repeat, &QTimer::timeout, this, &SpinnerWidget::repeat);
     }
+
+    // A click as a screen reader makes it.
+    void click(bool upper) { m_owner->pressed(upper); }
 
 protected:
     void paintEvent(QPaintEvent *) override
@@ -50,26 +59,94 @@ protected:
             e->ignore();
             return;
         }
-        const bool upper = e->position().y() < height() / 2.0;
+        const bool upper = isUpper(e->position());
         m_pressed = upper ? QStyle::SC_SpinBoxUp : QStyle::SC_SpinBoxDown;
+        m_over = true;
         repaint();
+        // Held down, the button repeats as a stock spin box does: a pause, then a steady rate.
+        m_repeat.start(style()->styleHint(QStyle::SH_SpinBox_ClickAutoRepeatThreshold, nullptr, this));
+        QPointer<SpinnerWidget> self(this);
         m_owner->pressed(upper);
+        if (self && !isEnabled())
+            stop();
     }
 
-    void mouseReleaseEvent(QMouseEvent *) override
+    void mouseMoveEvent(QMouseEvent *e) override
     {
+        // Repeats pause while the pointer is off the pressed button.
+        m_over = rect().contains(e->position().toPoint()) && (isUpper(e->position()) == (m_pressed == QStyle::SC_SpinBoxUp));
+    }
+
+    void mouseReleaseEvent(QMouseEvent *) override { stop(); }
+    void hideEvent(QHideEvent *) override { stop(); }
+    void changeEvent(QEvent *e) override
+    {
+        if (e->type() == QEvent::EnabledChange && !isEnabled())
+            stop();
+        QWidget::changeEvent(e);
+    }
+
+private:
+    bool isUpper(QPointF p) const { return p.y() < height() / 2.0; }
+
+    void repeat()
+    {
+        m_repeat.setInterval(style()->styleHint(QStyle::SH_SpinBox_ClickAutoRepeatRate, nullptr, this));
+        if (m_over && m_pressed != QStyle::SC_None)
+            m_owner->pressed(m_pressed == QStyle::SC_SpinBoxUp);
+    }
+
+    void stop()
+    {
+        m_repeat.stop();
+        if (m_pressed == QStyle::SC_None)
+            return;
         m_pressed = QStyle::SC_None;
         update();
     }
 
-private:
     UpDown *m_owner;
     QStyle::SubControl m_pressed = QStyle::SC_None;
+    bool m_over = false;
+    QTimer m_repeat;
 };
+
+namespace {
+
+// Screen readers see a spin button with increase and decrease actions.
+class AccessibleSpinner : public QAccessibleWidget
+{
+public:
+    explicit AccessibleSpinner(SpinnerWidget *w) : QAccessibleWidget(w, QAccessible::SpinBox) {}
+
+    QStringList actionNames() const override
+    {
+        if (!widget()->isEnabled())
+            return {};
+        return {increaseAction(), decreaseAction()};
+    }
+    void doAction(const QString &name) override
+    {
+        if (widget()->isEnabled() && (name == increaseAction() || name == decreaseAction()))
+            static_cast<SpinnerWidget *>(widget())->click(name == increaseAction());
+    }
+    QStringList keyBindingsForAction(const QString &) const override { return {}; }
+};
+
+QAccessibleInterface *spinnerAccessible(const QString &, QObject *object)
+{
+    if (auto *w = dynamic_cast<SpinnerWidget *>(object))
+        return new AccessibleSpinner(w);
+    return nullptr;
+}
+
+} // namespace
 
 UpDown::UpDown(UserControl *owner, const QString &objectName)
     : Child(new SpinnerWidget(this), owner, objectName)
 {
+    static const bool installed = (QAccessible::installFactory(spinnerAccessible), true);
+    Q_UNUSED(installed);
 }
 
 void UpDown::setValue(int value)

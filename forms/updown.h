@@ -1,7 +1,8 @@
 #pragma once
 // The up-down spinner: two arrow buttons, one above the other. Its Value rests at 1 between
 // clicks; a click on the upper button sets 2, on the lower one 0, and raises Change. The owner
-// reads the value and puts it back to 1. It never takes the focus.
+// reads the value and puts it back to 1. It never takes the focus. A button held down repeats;
+// screen readers get increase and decrease actions.
 #include "platform/kelexport.h"
 #include "forms/child.h"
 

@@ -1,4 +1,6 @@
 // Any property bag loaded into a field leaves it working: saving and loading again is stable.
+#include "controls/datetime/keldate.h"
+#include "controls/datetime/keltime.h"
 #include "controls/number/kelnumber.h"
 #include "controls/text/keltext.h"
 #include "library/librarysettings.h"
@@ -11,7 +13,7 @@
 static const char *const names[] = {"Caption", "CaptionWidth", "Enabled", "InsertMode", "Locked", "Mandatory",
                                     "MaxLength", "MultiLine", "PasswordChar", "SelectOnFocus", "Text", "caption", "Junk",
                                     "Decimals", "FontBold", "GroupDigits", "MaxValue", "MinValue", "UpDown",
-                                    "UpDownChange", "Value", "value"};
+                                    "UpDownChange", "Value", "value", "DaysFlag", "Format"};
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
@@ -59,7 +61,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         }
         bag.set(QString::fromLatin1(name), v);
     }
-    if (size > 0 && (data[0] & 1)) {
+    if (size > 0 && (data[0] & 2)) {
+        if (data[0] & 1)
+            roundTrip<kel::KelTime>(bag);
+        else
+            roundTrip<kel::KelDate>(bag);
+    } else if (size > 0 && (data[0] & 1)) {
         roundTrip<kel::KelNumber>(bag);
     } else {
         roundTrip<kel::KelText>(bag);

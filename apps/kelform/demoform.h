@@ -18,5 +18,6 @@ C *place(QWidget *form, int &y, const QString &name, int widthTwips = 4200)
 
 void addTextFields(QWidget *form, int &y);
 void addNumberFields(QWidget *form, int &y);
+void addDateFields(QWidget *form, int &y);
 
 } // namespace kel::demo

@@ -47,6 +47,9 @@ int main(int argc, char **argv)
     kel::demo::addNumberFields(&form, y);
     if (y == afterHeading)
         y = beforeNumbers; // no number fields yet: drop the heading's room
+    y += 8;
+    heading(QStringLiteral("Date and time fields"));
+    kel::demo::addDateFields(&form, y);
     form.resize(320, y + 12);
 
     if (cli.isSet(png)) {

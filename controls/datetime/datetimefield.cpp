@@ -96,11 +96,7 @@ bool DateTimeField::Valid(bool ShowMessage)
     } else {
         message = w.noValue;
     }
-    if (ShowMessage) {
-        services().MsgBox(message, 64, w.title);
-        Text1->SetFocus();
-    }
-    return false;
+    return invalid(ShowMessage, message, w.title);
 }
 
 Variant DateTimeField::Value()

@@ -4,6 +4,7 @@
 #include "platform/dayserial.h"
 #include "platform/format.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
 
@@ -12,6 +13,7 @@ namespace kel {
 namespace {
 
 const QString DefaultFormat = QStringLiteral("dd/mm/yyyy");
+const QString SavedFormat = QStringLiteral("ddmmyyyy");
 
 const std::vector<Persisted> &readOrder()
 {
@@ -87,10 +89,12 @@ DateTimeField::Wording KelDate::wording() const
             QStringLiteral("Please enter a valid date in this field.")};
 }
 
-std::optional<double> KelDate::parse(const QString &text) const
+std::optional<double> KelDate::parse(const QString &text) const { return parseIn(text, m_format); }
+
+std::optional<double> KelDate::parseIn(const QString &text, const QString &format) const
 {
     try {
-        return serialOf(runtime().RuntimeDates()->ParseDate(text, m_format, Date{today()}, m_daysFlag == BirthDay));
+        return serialOf(runtime().RuntimeDates()->ParseDate(text, format, Date{today()}, m_daysFlag == BirthDay));
     } catch (const std::exception &) {
         return std::nullopt; // a run-time object that cannot parse reads no date
     }
@@ -113,7 +117,7 @@ double KelDate::pinned(double serial) const
 Variant KelDate::persistedValue() const
 {
     if (const Date *d = m_value.get<Date>())
-        return d->serial == today() ? QStringLiteral("Now") : FormatDate(d->serial, QStringLiteral("ddmmyyyy"));
+        return d->serial == today() ? QStringLiteral("Now") : FormatDate(d->serial, SavedFormat);
     return QString();
 }
 
@@ -200,7 +204,18 @@ void KelDate::onInitProperties()
     showText(QString());
 }
 
-void KelDate::onReadProperties(PropertyBag &bag) { readPersisted(bag, readOrder()); }
+void KelDate::onReadProperties(PropertyBag &bag)
+{
+    readPersisted(bag, readOrder());
+    // The saved form is read as what it is, whatever order the field's own format puts the
+    // parts in: under mm/dd/yyyy, 06042013 is still 6 April.
+    const QString stored = bag.ReadProperty(QStringLiteral("Value"), QString()).toString();
+    static const QRegularExpression savedForm(QStringLiteral("^[0-9]{8}$"));
+    if (savedForm.match(stored).hasMatch()) {
+        if (const std::optional<double> v = parseIn(stored, SavedFormat))
+            setValue(Date{*v});
+    }
+}
 void KelDate::onWriteProperties(PropertyBag &bag) { writeProperties(bag, writeOrder()); }
 
 } // namespace kel

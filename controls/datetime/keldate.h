@@ -37,6 +37,8 @@ protected:
     void onWriteProperties(PropertyBag &bag) override;
 
 private:
+    std::optional<double> parseIn(const QString &text, const QString &format) const;
+
     qint32 m_daysFlag = Allow;
 };
 

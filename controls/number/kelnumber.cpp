@@ -164,11 +164,7 @@ bool KelNumber::Valid(bool ShowMessage)
     else
         message = QStringLiteral("This field only accepts values from ") + displayText(m_minValue, true)
                 + QStringLiteral(" to ") + displayText(m_maxValue, m_groupDigits) + u'.';
-    if (ShowMessage) {
-        services().MsgBox(message, 64, QStringLiteral("Invalid Value"));
-        Text1->SetFocus();
-    }
-    return false;
+    return invalid(ShowMessage, message, QStringLiteral("Invalid Value"));
 }
 
 double KelNumber::currentValue()

@@ -2,11 +2,15 @@
 // Key scripts for the date and time field tests: U Up, D Down, I Insert, E Enter, S and s the
 // spinner's upper and lower button; any other character is typed.
 #include "common/spinfield.h"
+#include "platform/dayserial.h"
 
 #include <QLineEdit>
 #include <QTest>
 
 namespace kel::test {
+
+inline double serial(int y, int m, int d) { return *DateSerial(y, m, d); }
+inline double clock(int h, int n, int s = 0) { return *TimeSerial(h, n, s); }
 
 inline QLineEdit *text1(SpinField *f) { return f->findChild<QLineEdit *>(u"Text1"_qs); }
 inline void enter(SpinField *f) { text1(f)->setFocus(Qt::TabFocusReason); }

@@ -1,0 +1,75 @@
+#pragma once
+// The benchmark programs' shared set-up and ending: the mean CPU time of every benchmark (steadier than wall
+// time on a busy machine), and one line per comparison, ours divided by the Qt peer's.
+#include "library/librarysettings.h"
+#include "runtime/kelruntime8.h"
+
+#include <QApplication>
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace kel::bench {
+
+class RatioReporter : public benchmark::ConsoleReporter
+{
+public:
+    RatioReporter() : ConsoleReporter(isatty(fileno(stdout)) ? OO_Defaults : OO_Tabular) {}
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &r : runs) {
+            if (r.error_occurred)
+                continue;
+            if (r.run_type == Run::RT_Iteration) {
+                auto &[total, count] = m_runs[r.run_name.function_name];
+                total += r.GetAdjustedCPUTime();
+                ++count;
+            } else if (r.aggregate_name == "mean") {
+                m_means[r.run_name.function_name] = r.GetAdjustedCPUTime();
+            }
+        }
+        ConsoleReporter::ReportRuns(runs);
+    }
+    double mean(const std::string &name) const
+    {
+        if (const auto m = m_means.find(name); m != m_means.end())
+            return m->second;
+        const auto it = m_runs.find(name);
+        return it == m_runs.end() || it->second.second == 0 ? 0 : it->second.first / it->second.second;
+    }
+
+private:
+    std::map<std::string, std::pair<double, int>> m_runs;
+    std::map<std::string, double> m_means;
+};
+
+// A benchmark program's main: offscreen, English (US) regional settings, the benchmarks given on
+// the command line, then `ratio <ours> / <peer>: <x>x` for each pair.
+inline int runWithRatios(int argc, char **argv, const std::vector<std::pair<const char *, const char *>> &pairs)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    auto rt = std::make_shared<KelRuntime8>();
+    rt->setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
+    adoptRuntime(rt);
+
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    for (const auto &[ours, peer] : pairs) {
+        const double a = reporter.mean(ours), b = reporter.mean(peer);
+        if (a > 0 && b > 0)
+            std::printf("ratio %s / %s: %.2fx\n", ours, peer, a / b);
+    }
+    return 0;
+}
+
+} // namespace kel::bench
