@@ -7,35 +7,115 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QValidator>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 
 namespace kel {
+
+namespace {
+
+// Folds as QString::toCaseFolded does, into a buffer that usually stays on the stack.
+template<class Out>
+void fold(QStringView text, Out &out)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            const char32_t folded = QChar::toCaseFolded(QChar::surrogateToUcs4(c, text[i + 1]));
+            out.push_back(QChar::highSurrogate(folded));
+            out.push_back(QChar::lowSurrogate(folded));
+            ++i;
+        } else {
+            out.push_back(c.toCaseFolded().unicode());
+        }
+    }
+}
+
+// Code-unit order, as QString compares.
+inline bool less(QStringView a, QStringView b)
+{
+    const qsizetype n = qMin(a.size(), b.size());
+    const char16_t *x = a.utf16(), *y = b.utf16();
+    for (qsizetype i = 0; i < n; ++i)
+        if (x[i] != y[i])
+            return x[i] < y[i];
+    return a.size() < b.size();
+}
+
+inline bool begins(QStringView s, QStringView prefix)
+{
+    return s.size() >= prefix.size() && std::memcmp(s.utf16(), prefix.utf16(), size_t(prefix.size()) * 2) == 0;
+}
+
+// The first position in [a, b) where `holds` turns false (it holds for a prefix of the range).
+template<class Pred>
+size_t firstFailing(size_t a, size_t b, Pred holds)
+{
+    while (a < b) {
+        const size_t mid = a + (b - a) / 2;
+        if (holds(mid))
+            a = mid + 1;
+        else
+            b = mid;
+    }
+    return a;
+}
+
+// The first four code units, high to low; shorter texts pad with 0, so order is kept.
+inline quint64 packed(QStringView s)
+{
+    quint64 k = 0;
+    for (qsizetype i = 0; i < 4; ++i)
+        k = (k << 16) | (i < s.size() ? s.utf16()[i] : 0);
+    return k;
+}
+
+} // namespace
 
 void PrefixIndex::clear()
 {
     m_built = false;
-    m_folded.clear();
+    m_pool.clear();
+    m_start.clear();
+    m_key.clear();
     m_first.clear();
 }
 
 void PrefixIndex::build(const QStringList &items)
 {
     const int n = int(items.size());
-    std::vector<std::pair<QString, int>> sorted;
-    sorted.reserve(n);
-    for (int i = 0; i < n; ++i)
-        sorted.emplace_back(items.at(i).toCaseFolded(), i);
-    std::sort(sorted.begin(), sorted.end());
-    m_folded.clear();
-    m_folded.reserve(n);
-    m_first.assign(1, std::vector<int>(n));
-    for (int i = 0; i < n; ++i) {
-        m_folded.push_back(std::move(sorted[i].first));
-        m_first[0][i] = sorted[i].second;
+    std::vector<char16_t> pool;
+    std::vector<qsizetype> start;
+    start.reserve(n + 1);
+    for (const QString &item : items) {
+        start.push_back(qsizetype(pool.size()));
+        fold(item, pool);
     }
+    start.push_back(qsizetype(pool.size()));
+    auto folded = [&](int i) { return QStringView(pool.data() + start[i], start[i + 1] - start[i]); };
+    std::vector<int> order(n);
+    for (int i = 0; i < n; ++i)
+        order[i] = i;
+    std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return less(folded(a), folded(b)); });
+
+    m_pool.clear();
+    m_pool.reserve(pool.size());
+    m_start.clear();
+    m_start.reserve(n + 1);
+    for (int i : order) {
+        m_start.push_back(qsizetype(m_pool.size()));
+        const QStringView f = folded(i);
+        m_pool.insert(m_pool.end(), f.utf16(), f.utf16() + f.size());
+    }
+    m_start.push_back(qsizetype(m_pool.size()));
+    m_key.resize(n);
+    for (int i = 0; i < n; ++i)
+        m_key[i] = packed(entry(i));
     // Sparse table: the lowest list index over any run of sorted entries in two look-ups.
+    m_first.assign(1, std::move(order));
     for (int k = 1; (1 << k) <= n; ++k) {
         const std::vector<int> &prev = m_first[k - 1];
         std::vector<int> level(n - (1 << k) + 1);
@@ -48,16 +128,28 @@ void PrefixIndex::build(const QStringList &items)
 
 int PrefixIndex::find(QStringView prefix) const
 {
-    if (m_folded.empty())
+    const size_t n = m_start.empty() ? 0 : m_start.size() - 1;
+    if (n == 0)
         return -1;
-    const QString folded = prefix.toString().toCaseFolded();
-    const auto lo = std::lower_bound(m_folded.begin(), m_folded.end(), folded);
-    const auto hi = std::partition_point(lo, m_folded.end(), [&](const QString &s) { return s.startsWith(folded); });
+    QVarLengthArray<char16_t, 64> buffer;
+    fold(prefix, buffer);
+    const QStringView p(buffer.constData(), buffer.size());
+    // Entries beginning with p form one run in sorted order, [lo, hi): first narrowed by the
+    // packed keys alone, then, for a longer p, by the texts within that run.
+    const qsizetype head = qMin<qsizetype>(p.size(), 4);
+    const quint64 low = packed(p.left(head));
+    const quint64 high = head == 0 ? ~quint64(0) : low | ((quint64(1) << (16 * (4 - head))) - 1);
+    size_t lo = size_t(std::lower_bound(m_key.begin(), m_key.end(), low) - m_key.begin());
+    size_t hi = size_t(std::upper_bound(m_key.begin() + lo, m_key.end(), high) - m_key.begin());
+    if (p.size() > 4 && lo < hi) {
+        lo = firstFailing(lo, hi, [&](size_t i) { return less(entry(i), p); });
+        hi = firstFailing(lo, hi, [&](size_t i) { return begins(entry(i), p); });
+    }
     if (lo == hi)
         return -1;
-    const size_t a = size_t(lo - m_folded.begin()), length = size_t(hi - lo);
+    const size_t length = hi - lo;
     const int k = std::bit_width(length) - 1;
-    return std::min(m_first[k][a], m_first[k][a + length - (size_t(1) << k)]);
+    return std::min(m_first[k][lo], m_first[k][hi - (size_t(1) << k)]);
 }
 
 // The items as the list view sees them; no copy, no per-item objects.
@@ -91,8 +183,8 @@ public:
         const int max = m_box->m_maxLength;
         if (m_box->m_settingByCode || max <= 0 || input.size() <= max)
             return Acceptable;
-        const int before = int(m_box->m_edit->text().size());
-        const int limit = qMax(max, before);
+        // (The edit already holds the new text here, so the old length is the box's.)
+        const int limit = qMax(max, m_box->m_previousLength);
         const int excess = int(input.size()) - limit;
         if (excess <= 0)
             return Acceptable;
@@ -128,7 +220,6 @@ ComboBox::ComboBox(UserControl *owner, const QString &objectName)
     m_combo->setCurrentIndex(-1);
     m_edit->setMaxLength(std::numeric_limits<int>::max());
     m_edit->setValidator(new ComboLengthValidator(this, m_edit));
-    m_edit->installEventFilter(this);
     connect(m_edit, &QLineEdit::textChanged, this, &ComboBox::followText);
     // Only edits raise Change; a pick from the list raises Click.
     connect(m_edit, &QLineEdit::textEdited, this, [this] {
@@ -311,6 +402,7 @@ bool ComboBox::DroppedDown() const
 
 void ComboBox::followText(const QString &text)
 {
+    m_previousLength = int(text.size());
     const int current = m_combo->currentIndex();
     if (current >= 0 && current < m_items.size() && m_items.at(current) == text)
         m_listIndex = current;
@@ -363,8 +455,6 @@ bool ComboBox::eventFilter(QObject *watched, QEvent *event)
     default:
         break;
     }
-    if (watched == m_edit)
-        return false;
     return Child::eventFilter(watched, event);
 }
 

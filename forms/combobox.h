@@ -16,7 +16,8 @@ namespace kel {
 class ComboItemModel;
 class ComboLengthValidator;
 
-// Case-insensitive prefix look-up over a list, built once and answered in logarithmic time.
+// Case-insensitive prefix look-up over a list, built once and answered in logarithmic time
+// without allocating.
 class KEL_EXPORT PrefixIndex
 {
 public:
@@ -27,8 +28,12 @@ public:
     int find(QStringView prefix) const;
 
 private:
+    QStringView entry(size_t i) const { return QStringView(m_pool.data() + m_start[i], m_start[i + 1] - m_start[i]); }
+
     bool m_built = false;
-    std::vector<QString> m_folded; // items case-folded, sorted
+    std::vector<char16_t> m_pool;  // the case-folded items one after another, in sorted order
+    std::vector<qsizetype> m_start; // where each sorted entry starts in the pool, and the end
+    std::vector<quint64> m_key;      // each sorted entry's first four code units, packed, for a compact search
     std::vector<std::vector<int>> m_first; // m_first[k][i]: lowest list index in sorted [i, i + 2^k)
 };
 
@@ -111,6 +116,7 @@ private:
     bool m_extendedUI = false;
     bool m_settingByCode = false;
     int m_maxLength = 0;
+    int m_previousLength = 0;
     int m_droppedWidth = 0;
 };
 

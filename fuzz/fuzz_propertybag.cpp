@@ -1,4 +1,5 @@
 // Any property bag loaded into a field leaves it working: saving and loading again is stable.
+#include "controls/combo/kelcombo.h"
 #include "controls/datetime/keldate.h"
 #include "controls/datetime/keltime.h"
 #include "controls/number/kelnumber.h"
@@ -13,7 +14,8 @@
 static const char *const names[] = {"Caption", "CaptionWidth", "Enabled", "InsertMode", "Locked", "Mandatory",
                                     "MaxLength", "MultiLine", "PasswordChar", "SelectOnFocus", "Text", "caption", "Junk",
                                     "Decimals", "FontBold", "GroupDigits", "MaxValue", "MinValue", "UpDown",
-                                    "UpDownChange", "Value", "value", "DaysFlag", "Format"};
+                                    "UpDownChange", "Value", "value", "DaysFlag", "Format",
+                                    "DropDownWidth", "DropdownWidth", "LimitToList", "List", "ListTag"};
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
@@ -61,7 +63,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         }
         bag.set(QString::fromLatin1(name), v);
     }
-    if (size > 0 && (data[0] & 2)) {
+    if (size > 0 && (data[0] & 4)) {
+        roundTrip<kel::KelCombo>(bag);
+    } else if (size > 0 && (data[0] & 2)) {
         if (data[0] & 1)
             roundTrip<kel::KelTime>(bag);
         else

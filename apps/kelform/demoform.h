@@ -19,5 +19,6 @@ C *place(QWidget *form, int &y, const QString &name, int widthTwips = 4200)
 void addTextFields(QWidget *form, int &y);
 void addNumberFields(QWidget *form, int &y);
 void addDateFields(QWidget *form, int &y);
+void addComboFields(QWidget *form, int &y);
 
 } // namespace kel::demo

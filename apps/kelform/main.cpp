@@ -50,6 +50,9 @@ int main(int argc, char **argv)
     y += 8;
     heading(QStringLiteral("Date and time fields"));
     kel::demo::addDateFields(&form, y);
+    y += 8;
+    heading(QStringLiteral("Combo fields"));
+    kel::demo::addComboFields(&form, y);
     form.resize(320, y + 12);
 
     if (cli.isSet(png)) {

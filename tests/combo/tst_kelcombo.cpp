@@ -80,6 +80,23 @@ private slots:
         QCOMPARE(c.Combo1->items(), items);
     }
 
+    // List is whatever the host's list-append builds, even one that does not simply append.
+    void listThroughHostAppend()
+    {
+        struct Prepending : KelRuntime8 {
+            QString ListAppend(const QString &list, const QString &item) override
+            {
+                return list.isEmpty() ? item : item + u';' + list;
+            }
+        };
+        adoptRuntime(std::make_shared<Prepending>());
+        KelCombo c;
+        c.setList(u"a,b,c"_qs);
+        const QString list = c.List();
+        test::useRuntime();
+        QCOMPARE(list, u"c;b;a"_qs);
+    }
+
     void listCap()
     {
         KelCombo c;
@@ -95,6 +112,37 @@ private slots:
         c.ListFromArray(many);
         QCOMPARE(c.ListCount(), ComboMaxItems);
         QCOMPARE(c.ListItem(1), u"0"_qs);
+    }
+
+    // The index answers what a scan of the list in order would, for every kind of prefix.
+    void findStringAgreesWithScan()
+    {
+        const QStringList alphabet{u"a"_qs, u"A"_qs, u"b"_qs, u"ä"_qs, u"Ä"_qs, u"ß"_qs, u"😀"_qs, u" "_qs, u"Σ"_qs, u"σ"_qs};
+        quint32 seed = 5;
+        auto next = [&seed] { return (seed = seed * 1103515245u + 12345u) >> 16; };
+        QStringList items;
+        for (int i = 0; i < 3000; ++i) {
+            QString s;
+            for (int n = int(next() % 8); n > 0; --n)
+                s += alphabet[next() % alphabet.size()];
+            items << s;
+        }
+        PrefixIndex index;
+        index.build(items);
+        for (int i = 0; i < 2000; ++i) {
+            const QString &from = items[next() % items.size()];
+            QString prefix = from.left(qsizetype(next() % (from.size() + 2)));
+            if (i % 3 == 0)
+                prefix = prefix.toUpper();
+            if (i % 7 == 0)
+                prefix += alphabet[next() % alphabet.size()];
+            int expected = -1;
+            for (int k = 0; k < items.size() && expected < 0; ++k)
+                if (items[k].startsWith(prefix, Qt::CaseInsensitive))
+                    expected = k;
+            QCOMPARE(index.find(prefix), expected);
+        }
+        QCOMPARE(PrefixIndex().find(u"a"), -1);
     }
 
     void typing_data()
@@ -238,6 +286,22 @@ private slots:
         c.setText(u"Nope"_qs);
         QCOMPARE(c.Text(), QString());
         QCOMPARE(c.TextOriginal(), QString());
+    }
+
+    void maxLengthLimitsTypingOnly()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        KelCombo *c = f.first;
+        c->setLimitToList(false);
+        c->setMaxLength(3);
+        c->setMaxLength(-1); // ignored
+        field(c)->setFocus(Qt::MouseFocusReason);
+        type(c, u"abcd"_qs);
+        QCOMPARE(c->Text(), u"abc"_qs);
+        QCOMPARE(c->MaxLength(), qint16(3));
+        c->setText(u"abcdef"_qs);
+        QCOMPARE(c->Text(), u"abcdef"_qs);
     }
 
     void enterMovesOn()

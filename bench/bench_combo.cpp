@@ -1,0 +1,288 @@
+// The combo field's hot paths at the largest list it takes (32,767 items), each next to a stock
+// QComboBox in the same run: the completion look-up, loading the list, the first drop-down and
+// one typed key end to end. Prints ours / theirs for each pair at the end.
+#include "controls/combo/combolist.h"
+#include "controls/combo/kelcombo.h"
+#include "library/librarysettings.h"
+#include "runtime/kelruntime8.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <random>
+#include <string>
+
+using namespace kel;
+
+namespace {
+
+constexpr int Items = ComboMaxItems;
+constexpr int Lookups = 1000;
+
+// Customer-like names: a few thousand shared beginnings, so prefixes match runs of items.
+const QStringList &items()
+{
+    static const QStringList list = [] {
+        static const char *const first[] = {"Anders", "Baker", "Carter", "Dupont", "Evans", "Fischer", "García", "Hansen",
+                                            "Ito", "Jensen", "Kowalski", "López", "Müller", "Nagy", "Olsen", "Petrov"};
+        std::mt19937 rng(7);
+        QStringList l;
+        for (int i = 0; i < Items; ++i)
+            l << QString::fromUtf8(first[rng() % 16]) + u' ' + QString::number(rng() % 100000) + QStringLiteral(" Ltd");
+        return l;
+    }();
+    return list;
+}
+
+const QString &listString()
+{
+    static const QString s = items().join(u',');
+    return s;
+}
+
+// What a person types: the first one to eight characters of some item, in any case.
+const QStringList &prefixes()
+{
+    static const QStringList list = [] {
+        std::mt19937 rng(11);
+        QStringList l;
+        for (int i = 0; i < Lookups; ++i) {
+            const QString &item = items().at(int(rng() % Items));
+            QString p = item.left(1 + int(rng() % 8));
+            l << (i % 2 ? p.toLower() : p);
+        }
+        return l;
+    }();
+    return list;
+}
+
+struct ComboForm {
+    QWidget window;
+    KelCombo *combo = new KelCombo(&window);
+    QWidget *field = combo->Combo1->widget();
+    ComboForm()
+    {
+        combo->setGeometry(0, 0, 300, 20);
+        combo->setList(listString());
+        window.resize(320, 40);
+        window.show();
+        QApplication::processEvents();
+    }
+};
+
+struct StockForm {
+    QWidget window;
+    QComboBox *combo = new QComboBox(&window);
+    explicit StockForm(bool editable = false)
+    {
+        combo->setEditable(editable);
+        combo->addItems(items());
+        combo->setGeometry(0, 0, 300, 20);
+        window.resize(320, 40);
+        window.show();
+        QApplication::processEvents();
+    }
+};
+
+void KelCombo_FindString(benchmark::State &state)
+{
+    ComboForm form;
+    ComboBox *box = form.combo->Combo1;
+    box->FindString(u"x"); // the index is built on the first look-up
+    long long sum = 0;
+    for (auto _ : state)
+        for (const QString &p : prefixes())
+            sum += box->FindString(p);
+    benchmark::DoNotOptimize(sum);
+    if (box->FindString(prefixes().at(0)) < 0)
+        state.SkipWithError("no completion found");
+}
+
+void QComboBox_findText(benchmark::State &state)
+{
+    StockForm form;
+    long long sum = 0;
+    for (auto _ : state)
+        for (const QString &p : prefixes())
+            sum += form.combo->findText(p, Qt::MatchStartsWith);
+    benchmark::DoNotOptimize(sum);
+}
+
+void KelCombo_ListPut(benchmark::State &state)
+{
+    ComboForm form;
+    for (auto _ : state)
+        form.combo->setList(listString());
+    if (form.combo->ListCount() != Items)
+        state.SkipWithError("the list did not load");
+}
+
+void QComboBox_addItems(benchmark::State &state)
+{
+    StockForm form;
+    for (auto _ : state) {
+        form.combo->clear();
+        form.combo->addItems(items());
+    }
+}
+
+// Saving: the list string rebuilt through the run-time object's list-append, item by item.
+void KelCombo_ListGet(benchmark::State &state)
+{
+    ComboForm form;
+    qsizetype size = 0;
+    for (auto _ : state)
+        size += form.combo->List().size();
+    benchmark::DoNotOptimize(size);
+}
+
+void QStringList_join(benchmark::State &state)
+{
+    qsizetype size = 0;
+    for (auto _ : state)
+        size += items().join(u',').size();
+    benchmark::DoNotOptimize(size);
+}
+
+template<class Form, class Open, class Close>
+void firstOpen(benchmark::State &state, Open open, Close close)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto form = std::make_unique<Form>();
+        state.ResumeTiming();
+        open(*form);
+        state.PauseTiming();
+        close(*form);
+        form.reset();
+        state.ResumeTiming();
+    }
+}
+
+void KelCombo_FirstDropDown(benchmark::State &state)
+{
+    firstOpen<ComboForm>(
+            state, [](ComboForm &f) { f.combo->Combo1->ShowDropDown(true); },
+            [&state](ComboForm &f) {
+                if (!f.combo->Combo1->DroppedDown())
+                    state.SkipWithError("the list did not drop");
+                f.combo->Combo1->ShowDropDown(false);
+            });
+}
+
+void QComboBox_FirstShowPopup(benchmark::State &state)
+{
+    firstOpen<StockForm>(
+            state, [](StockForm &f) { f.combo->showPopup(); }, [](StockForm &f) { f.combo->hidePopup(); });
+}
+
+void sendKey(QWidget *w, Qt::Key key, const QString &text)
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QApplication::sendEvent(w, &press);
+    QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+    QApplication::sendEvent(w, &release);
+}
+
+// Field holds "Mü"; one more key "l" completes to a Müller item.
+void KelCombo_TypedKey(benchmark::State &state)
+{
+    ComboForm form;
+    form.combo->setLimitToList(false);
+    form.field->setFocus();
+    ComboBox *box = form.combo->Combo1;
+    for (auto _ : state) {
+        state.PauseTiming();
+        form.combo->setText(u"Mü"_qs);
+        box->setSelStart(2);
+        state.ResumeTiming();
+        sendKey(form.field, Qt::Key_L, u"l"_qs);
+    }
+    if (!box->Text().startsWith(u"Müller"))
+        state.SkipWithError("no completion");
+}
+
+void QComboBox_TypedKey(benchmark::State &state)
+{
+    StockForm form(true); // with its own inline completer
+    form.combo->setFocus();
+    QLineEdit *edit = form.combo->lineEdit();
+    for (auto _ : state) {
+        state.PauseTiming();
+        edit->setText(u"Mü"_qs);
+        edit->setCursorPosition(2);
+        state.ResumeTiming();
+        sendKey(form.combo, Qt::Key_L, u"l"_qs);
+    }
+}
+
+BENCHMARK(KelCombo_FindString)->Unit(benchmark::kMicrosecond);
+BENCHMARK(QComboBox_findText)->Unit(benchmark::kMicrosecond);
+BENCHMARK(KelCombo_ListPut)->Unit(benchmark::kMillisecond);
+BENCHMARK(QComboBox_addItems)->Unit(benchmark::kMillisecond);
+BENCHMARK(KelCombo_ListGet)->Unit(benchmark::kMillisecond);
+BENCHMARK(QStringList_join)->Unit(benchmark::kMillisecond);
+BENCHMARK(KelCombo_FirstDropDown)->Unit(benchmark::kMillisecond)->Iterations(10);
+BENCHMARK(QComboBox_FirstShowPopup)->Unit(benchmark::kMillisecond)->Iterations(10);
+BENCHMARK(KelCombo_TypedKey)->Unit(benchmark::kMicrosecond);
+BENCHMARK(QComboBox_TypedKey)->Unit(benchmark::kMicrosecond);
+
+// Mean CPU time of every benchmark, for the ratios.
+class RatioReporter : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &r : runs)
+            if (!r.error_occurred && r.run_type == Run::RT_Iteration)
+                m_times[r.run_name.function_name] = r.GetAdjustedCPUTime();
+        ConsoleReporter::ReportRuns(runs);
+    }
+    double time(const std::string &name) const
+    {
+        const auto it = m_times.find(name);
+        return it == m_times.end() ? 0 : it->second;
+    }
+
+private:
+    std::map<std::string, double> m_times;
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    auto rt = std::make_shared<KelRuntime8>();
+    rt->setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
+    adoptRuntime(rt);
+
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+
+    std::printf("\nKelCombo_FindString and QComboBox_findText: %d look-ups per iteration\n", Lookups);
+    const std::pair<const char *, const char *> pairs[] = {
+        {"KelCombo_FindString", "QComboBox_findText"},
+        {"KelCombo_ListPut", "QComboBox_addItems"},
+        {"KelCombo_ListGet", "QStringList_join"},
+        {"KelCombo_FirstDropDown", "QComboBox_FirstShowPopup"},
+        {"KelCombo_TypedKey", "QComboBox_TypedKey"},
+    };
+    for (const auto &[ours, theirs] : pairs) {
+        const double a = reporter.time(ours), b = reporter.time(theirs);
+        if (a > 0 && b > 0)
+            std::printf("ratio %s / %s: %.3gx\n", ours, theirs, a / b);
+    }
+    return 0;
+}
