@@ -203,7 +203,8 @@ private slots:
     void persistence()
     {
         KelProgressBar a, b, fresh;
-        a.setMax(-10); // Min follows it down
+        a.setMax(-10); // Min and Value follow it down
+        QCOMPARE(a.Value(), -10);
         a.setShowTime(false);
         MemoryPropertyBag bag, again, empty;
         a.WriteProperties(bag);
