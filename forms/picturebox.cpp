@@ -44,21 +44,31 @@ PictureBox::PictureBox(UserControl *owner, const QString &objectName)
     resized();
 }
 
+void PictureBox::Move(double left, double top, double width, double height)
+{
+    Child::Move(left, top, width, height);
+    resized();
+}
+
 QColor PictureBox::colour(quint32 c) const { return toQColor(c, widget()->palette()); }
 
 void PictureBox::resized()
 {
     const int b = m_border ? 2 : 0;
     const QSize inner(qMax(0, widget()->width() - b), qMax(0, widget()->height() - b));
-    if (inner == m_image.size())
+    // Drawn at the screen's own resolution, so text stays sharp on a high-density display.
+    const qreal ratio = widget()->devicePixelRatioF();
+    if (inner == m_scale && ratio == m_image.devicePixelRatio())
         return;
-    QImage image(inner, QImage::Format_RGB32);
+    QImage image(inner * ratio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
     image.fill(colour(BackColor()));
     if (!m_image.isNull()) {
         QPainter p(&image);
         p.drawImage(0, 0, m_image);
     }
     m_image = image;
+    m_scale = inner;
 }
 
 void PictureBox::setBorderStyle(bool border)

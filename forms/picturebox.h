@@ -16,9 +16,12 @@ class PictureBox : public Child
 public:
     PictureBox(UserControl *owner, const QString &objectName);
 
+    // Resizes the drawing at once, shown or not (a hidden widget hears of its size late).
+    void Move(double left, double top, double width, double height);
+
     // The drawing area inside the border.
-    double ScaleWidth() const { return m_image.width(); }
-    double ScaleHeight() const { return m_image.height(); }
+    double ScaleWidth() const { return m_scale.width(); }
+    double ScaleHeight() const { return m_scale.height(); }
 
     double CurrentX() const { return m_currentX; }
     void setCurrentX(double x) { m_currentX = x; }
@@ -43,7 +46,7 @@ public:
     bool BorderStyle() const { return m_border; }
     void setBorderStyle(bool border);
 
-    // What is on the picture now, without the border.
+    // What is on the picture now, without the border (in device pixels).
     const QImage &Image() const { return m_image; }
 
 private:
@@ -52,6 +55,7 @@ private:
     QColor colour(quint32 c) const;
 
     QImage m_image;
+    QSize m_scale;
     double m_currentX = 0, m_currentY = 0;
     bool m_border = true;
     bool m_hasCoveredText = false;

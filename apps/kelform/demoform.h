@@ -20,5 +20,6 @@ void addTextFields(QWidget *form, int &y);
 void addNumberFields(QWidget *form, int &y);
 void addDateFields(QWidget *form, int &y);
 void addComboFields(QWidget *form, int &y);
+void addCheckFields(QWidget *form, int &y);
 
 } // namespace kel::demo

@@ -53,6 +53,9 @@ int main(int argc, char **argv)
     y += 8;
     heading(QStringLiteral("Combo fields"));
     kel::demo::addComboFields(&form, y);
+    y += 8;
+    heading(QStringLiteral("Check fields and progress"));
+    kel::demo::addCheckFields(&form, y);
     form.resize(320, y + 12);
 
     if (cli.isSet(png)) {

@@ -103,6 +103,8 @@ void KelProgressBar::rangeChanged()
 {
     m_lastBarWidth = -1;
     m_rangeSize = qint64(m_max) - m_min + 1;
+    m_value = qBound(m_min, m_value, m_max); // shown at the next Value
+
 }
 
 void KelProgressBar::setShowTime(bool show)
@@ -136,7 +138,12 @@ void KelProgressBar::setValue(qint32 value)
     const qint64 barWidth = qint64(std::nearbyint(share * Picture1->ScaleWidth()));
     if (barWidth == m_lastBarWidth && !(m_showTime && services().Timer() > float(m_nextTimeUpdate)))
         return;
-    paint(barWidth, share);
+    m_lastBarWidth = barWidth;
+    m_share = share;
+    m_text = QString::number(qint64(std::nearbyint(share * 100))) + u'%';
+    if (m_showTime)
+        m_text += timeText();
+    draw(barWidth);
 }
 
 QString KelProgressBar::timeText()
@@ -160,12 +167,8 @@ QString KelProgressBar::timeText()
     return text;
 }
 
-void KelProgressBar::paint(qint64 barWidth, double share)
+void KelProgressBar::draw(qint64 barWidth)
 {
-    m_lastBarWidth = barWidth;
-    m_text = QString::number(qint64(std::nearbyint(share * 100))) + u'%';
-    if (m_showTime)
-        m_text += timeText();
     PictureBox *p = Picture1;
     p->Cls();
     p->setCurrentX(double(qint64(std::nearbyint(p->ScaleWidth() - p->TextWidth(m_text))) / 2));
@@ -179,15 +182,31 @@ void KelProgressBar::paint(qint64 barWidth, double share)
     }
 }
 
+// A new size or font shows the last drawing again rather than a stretched or stale one.
+void KelProgressBar::redraw()
+{
+    if (m_share < 0)
+        return;
+    const qint64 barWidth = qint64(std::nearbyint(m_share * Picture1->ScaleWidth()));
+    if (m_lastBarWidth >= 0)
+        m_lastBarWidth = barWidth;
+    draw(barWidth);
+}
+
 void KelProgressBar::onReadProperties(PropertyBag &bag) { readThroughSetters(this, bag, persisted()); }
 void KelProgressBar::onWriteProperties(PropertyBag &bag) { writeFromGetters(this, bag, persisted()); }
 
-void KelProgressBar::onResize() { Picture1->Move(0, 0, ScaleWidth(), ScaleHeight()); }
+void KelProgressBar::onResize()
+{
+    Picture1->Move(0, 0, ScaleWidth(), ScaleHeight());
+    redraw();
+}
 
 void KelProgressBar::onShow()
 {
     takeFieldFont(Picture1);
     Picture1->setToolTipText(ExtenderToolTipText());
+    redraw();
 }
 
 } // namespace kel

@@ -1,0 +1,193 @@
+// The progress bar and the check field next to QProgressBar and QCheckBox in the same run: a
+// million values that leave the bar where it is, a sweep over a 300-pixel bar (with its paints
+// counted), and ten thousand real clicks. Ends with one ratio line per pair, ours / Qt.
+#include "controls/check/kelcheck.h"
+#include "controls/progress/kelprogressbar.h"
+#include "library/librarysettings.h"
+#include "runtime/kelruntime8.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QMouseEvent>
+#include <QProgressBar>
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+
+using namespace kel;
+
+namespace {
+
+constexpr int StillValues = 1000000;
+constexpr int SweepEnd = 100000;
+constexpr int Clicks = 10000;
+
+struct PaintCounter : QObject {
+    long paints = 0;
+    bool eventFilter(QObject *, QEvent *e) override
+    {
+        paints += e->type() == QEvent::Paint;
+        return false;
+    }
+};
+std::map<std::string, double> paintsPerSweep;
+
+// One shown window holding the widget under test, 300 pixels of bar wide.
+template<class W>
+struct Shown {
+    QWidget window;
+    W *widget = new W(&window);
+    Shown(int width = 302, int height = 22)
+    {
+        widget->setGeometry(0, 0, width, height);
+        window.resize(width + 10, height + 10);
+        window.show();
+        QApplication::processEvents();
+    }
+};
+
+void KelProgressBar_StillValue(benchmark::State &state)
+{
+    Shown<KelProgressBar> form;
+    KelProgressBar *bar = form.widget;
+    bar->setMax(1000000000);
+    bar->Start();
+    bar->setValue(1);
+    for (auto _ : state)
+        for (int v = 1; v <= StillValues; ++v)
+            bar->setValue(v);
+    if (bar->Value() != StillValues || bar->Picture1->ScaleWidth() != 300)
+        state.SkipWithError("the bar did not take the values");
+}
+
+void QProgressBar_StillValue(benchmark::State &state)
+{
+    Shown<QProgressBar> form;
+    QProgressBar *bar = form.widget;
+    bar->setRange(1, 1000000000);
+    bar->setValue(1);
+    for (auto _ : state)
+        for (int v = 1; v <= StillValues; ++v)
+            bar->setValue(v);
+}
+
+template<class Bar, class Reset>
+void sweep(benchmark::State &state, Bar *bar, QWidget *painted, Reset reset, const char *name)
+{
+    PaintCounter counter;
+    painted->installEventFilter(&counter);
+    long sweeps = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        reset();
+        counter.paints = 0;
+        state.ResumeTiming();
+        for (int v = 1; v <= SweepEnd; ++v)
+            bar->setValue(v);
+        ++sweeps;
+    }
+    paintsPerSweep[name] = double(counter.paints);
+    benchmark::DoNotOptimize(sweeps);
+}
+
+void KelProgressBar_Sweep(benchmark::State &state)
+{
+    Shown<KelProgressBar> form;
+    KelProgressBar *bar = form.widget;
+    bar->setShowTime(false);
+    sweep(state, bar, bar->Picture1->widget(), [bar] { bar->setMax(SweepEnd); bar->Start(); }, "KelProgressBar");
+}
+
+void QProgressBar_Sweep(benchmark::State &state)
+{
+    Shown<QProgressBar> form;
+    QProgressBar *bar = form.widget;
+    sweep(state, bar, bar, [bar] { bar->setRange(1, SweepEnd); bar->reset(); }, "QProgressBar");
+}
+
+void clickAway(benchmark::State &state, QWidget *box)
+{
+    const QPointF at(8, box->height() / 2);
+    const QPointF global = box->mapToGlobal(at);
+    for (auto _ : state) {
+        for (int i = 0; i < Clicks; ++i) {
+            QMouseEvent press(QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(box, &press);
+            QMouseEvent release(QEvent::MouseButtonRelease, at, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+            QApplication::sendEvent(box, &release);
+        }
+    }
+}
+
+void KelCheck_Click(benchmark::State &state)
+{
+    Shown<KelCheck> form(300, 20);
+    long changes = 0;
+    QObject::connect(form.widget, &KelCheck::Change, [&changes] { ++changes; });
+    clickAway(state, form.widget->Check1->widget());
+    if (changes != long(state.iterations()) * Clicks)
+        state.SkipWithError("not every click raised Change");
+}
+
+void QCheckBox_Click(benchmark::State &state)
+{
+    Shown<QCheckBox> form(300, 20);
+    long toggles = 0;
+    QObject::connect(form.widget, &QCheckBox::stateChanged, [&toggles] { ++toggles; });
+    clickAway(state, form.widget);
+    if (toggles != long(state.iterations()) * Clicks)
+        state.SkipWithError("not every click toggled");
+}
+
+BENCHMARK(KelProgressBar_StillValue)->Unit(benchmark::kMillisecond);
+BENCHMARK(QProgressBar_StillValue)->Unit(benchmark::kMillisecond);
+BENCHMARK(KelProgressBar_Sweep)->Unit(benchmark::kMillisecond);
+BENCHMARK(QProgressBar_Sweep)->Unit(benchmark::kMillisecond);
+BENCHMARK(KelCheck_Click)->Unit(benchmark::kMillisecond);
+BENCHMARK(QCheckBox_Click)->Unit(benchmark::kMillisecond);
+
+// Remembers the CPU time per iteration of every benchmark (the mean when repetitions are asked).
+class TimesReporter : public benchmark::ConsoleReporter
+{
+public:
+    std::map<std::string, double> cpu;
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &r : runs)
+            if (!r.error_occurred && (r.run_type == Run::RT_Iteration ? !cpu.count(r.run_name.function_name) : r.aggregate_name == "mean"))
+                cpu[r.run_name.function_name] = r.GetAdjustedCPUTime();
+        ConsoleReporter::ReportRuns(runs);
+    }
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    adoptRuntime(std::make_shared<KelRuntime8>());
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    TimesReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+
+    for (const auto &[bar, paints] : paintsPerSweep)
+        std::printf("paints in a sweep 1..%d over 300 pixels, %s: %.0f\n", SweepEnd, bar.c_str(), paints);
+    const std::pair<const char *, const char *> pairs[] = {
+        {"KelProgressBar_StillValue", "QProgressBar_StillValue"},
+        {"KelProgressBar_Sweep", "QProgressBar_Sweep"},
+        {"KelCheck_Click", "QCheckBox_Click"},
+    };
+    for (const auto &[ours, peer] : pairs) {
+        const auto a = reporter.cpu.find(ours), b = reporter.cpu.find(peer);
+        if (a != reporter.cpu.end() && b != reporter.cpu.end() && b->second > 0)
+            std::printf("ratio %s / %s: %.3fx\n", ours, peer, a->second / b->second);
+    }
+    return 0;
+}
