@@ -1,5 +1,7 @@
-// Creating, loading and showing a form of 300 text fields, next to the same form built from
-// plain QLabel + QLineEdit pairs.
+// The text field next to its plain Qt peers in the same run: creating, loading and showing a
+// form of 300 fields (against QLabel + QLineEdit pairs), and reading the text of a multi-line
+// field that ends in many empty lines (against QPlainTextEdit and trimming the string).
+// Prints ours / theirs for each pair at the end.
 #include "controls/text/keltext.h"
 #include "library/librarysettings.h"
 #include "runtime/kelruntime8.h"
@@ -7,7 +9,12 @@
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
 
 namespace {
 
@@ -49,8 +56,63 @@ void PlainQtForm(benchmark::State &state)
     state.SetItemsProcessed(state.iterations() * Fields);
 }
 
+QString withTrailingPairs(int pairs) { return QStringLiteral("a") + QStringLiteral("\r\n").repeated(pairs); }
+
+// Text drops the trailing empty lines from the field itself, one Change each.
+void KelText_TextTrailingPairs(benchmark::State &state)
+{
+    const QString text = withTrailingPairs(int(state.range(0)));
+    kel::KelText t;
+    t.setMultiLine(true);
+    for (auto _ : state) {
+        state.PauseTiming();
+        t.setText(text);
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(t.Text());
+    }
+}
+
+void QPlainTextEdit_TextTrailingPairs(benchmark::State &state)
+{
+    const QString text = withTrailingPairs(int(state.range(0)));
+    QPlainTextEdit e;
+    for (auto _ : state) {
+        state.PauseTiming();
+        e.setPlainText(text);
+        state.ResumeTiming();
+        QString t = e.toPlainText();
+        while (t.endsWith(u'\n'))
+            t.chop(1);
+        e.setPlainText(t);
+        benchmark::DoNotOptimize(t);
+    }
+}
+
 BENCHMARK(KelTextForm)->Unit(benchmark::kMillisecond);
 BENCHMARK(PlainQtForm)->Unit(benchmark::kMillisecond);
+BENCHMARK(KelText_TextTrailingPairs)->Arg(1000)->Arg(4000)->Unit(benchmark::kMillisecond);
+BENCHMARK(QPlainTextEdit_TextTrailingPairs)->Arg(1000)->Arg(4000)->Unit(benchmark::kMillisecond);
+
+// Keeps the CPU time a run of each benchmark took, for the ratios.
+class RatioReporter : public benchmark::ConsoleReporter
+{
+public:
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &r : runs)
+            if (!r.error_occurred && r.run_type == Run::RT_Iteration)
+                m_times[r.benchmark_name()] = r.GetAdjustedCPUTime();
+        ConsoleReporter::ReportRuns(runs);
+    }
+    double time(const std::string &name) const
+    {
+        const auto it = m_times.find(name);
+        return it == m_times.end() ? 0 : it->second;
+    }
+
+private:
+    std::map<std::string, double> m_times;
+};
 
 } // namespace
 
@@ -61,7 +123,19 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     kel::adoptRuntime(std::make_shared<kel::KelRuntime8>());
     benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
+
+    const std::pair<const char *, const char *> pairs[] = {
+        {"KelTextForm", "PlainQtForm"},
+        {"KelText_TextTrailingPairs/1000", "QPlainTextEdit_TextTrailingPairs/1000"},
+        {"KelText_TextTrailingPairs/4000", "QPlainTextEdit_TextTrailingPairs/4000"},
+    };
+    for (const auto &[ours, theirs] : pairs) {
+        const double a = reporter.time(ours), b = reporter.time(theirs);
+        if (a > 0 && b > 0)
+            std::printf("ratio %s / %s: %.2fx\n", ours, theirs, a / b);
+    }
     return 0;
 }

@@ -203,12 +203,16 @@ void FieldControl::onShow()
         try {
             const FontSpec field = rt->FieldFont();
             const FontSpec caption = layoutRules().captionTakesFieldFont ? field : rt->CaptionFont();
-            Label1->setFontName(caption.name);
-            Label1->setFontSize(caption.size);
-            for (Child *f : fields()) {
-                f->setFontName(field.name);
-                f->setFontSize(field.size);
-            }
+            // Setting a font re-polishes the widget; a form shows hundreds of fields.
+            const auto apply = [](Child *c, const FontSpec &font) {
+                if (c->FontName() != font.name)
+                    c->setFontName(font.name);
+                if (c->FontSize() != font.size)
+                    c->setFontSize(font.size);
+            };
+            apply(Label1, caption);
+            for (Child *f : fields())
+                apply(f, field);
         } catch (const std::exception &) {
             // a run-time object without fonts leaves the defaults
         }

@@ -8,36 +8,104 @@
 #include <QPlainTextEdit>
 #include <QProxyStyle>
 #include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QValidator>
 #include <limits>
+#include <optional>
+#include <vector>
 
 namespace kel {
 
 namespace {
 
-// Lone line-break characters, and a paragraph separator that is text, are kept in the document
-// as Unicode noncharacters (reserved for exactly such internal use).
-constexpr char16_t LoneCR = 0xFDEA; // (Qt itself uses U+FDD0 and U+FDD1 as frame markers)
-constexpr char16_t LoneLF = 0xFDEB;
-constexpr char16_t TextParagraph = 0xFDEC;
+// Characters the document would turn into paragraph breaks (lone CR or LF, a paragraph
+// separator, Qt's frame markers U+FDD0/U+FDD1) are kept in it as a stand-in marked with the code
+// unit it stands for. Only marked stand-ins are read back as something else, so the same
+// noncharacter held as text stays itself.
+constexpr char16_t StandIn = 0xFDEA;
+constexpr int StandsFor = QTextFormat::UserProperty + 0x4B38;
 constexpr char16_t Paragraph = 0x2029;
 
-QString toDocument(const QString &text)
+bool becomesBreak(QChar c)
 {
-    QString out;
-    out.reserve(text.size());
+    return c == u'\r' || c == u'\n' || c == QChar(Paragraph) || c == QChar(0xFDD0) || c == QChar(0xFDD1);
+}
+
+struct Encoded {
+    QString doc;                                  // CR LF pairs as '\n', the rest as stand-ins
+    std::vector<std::pair<int, char16_t>> marks;  // stand-in positions in `doc`, what each is
+};
+
+Encoded encode(const QString &text)
+{
+    Encoded e;
+    e.doc.reserve(text.size());
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar c = text[i];
         if (c == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') {
-            out += u'\n';
+            e.doc += u'\n';
             ++i;
-        } else if (c == u'\r') {
-            out += QChar(LoneCR);
-        } else if (c == u'\n') {
-            out += QChar(LoneLF);
-        } else if (c == QChar(Paragraph)) {
-            out += QChar(TextParagraph);
+        } else if (becomesBreak(c)) {
+            e.marks.emplace_back(int(e.doc.size()), c.unicode());
+            e.doc += QChar(StandIn);
+        } else {
+            e.doc += c;
+        }
+    }
+    return e;
+}
+
+// Marks the stand-ins of `e` inserted at `offset`, one format change per run of equal ones.
+void applyMarks(QTextDocument *doc, int offset, const Encoded &e)
+{
+    for (size_t i = 0; i < e.marks.size();) {
+        size_t j = i + 1;
+        while (j < e.marks.size() && e.marks[j].first == e.marks[j - 1].first + 1 && e.marks[j].second == e.marks[i].second)
+            ++j;
+        QTextCursor c(doc);
+        c.setPosition(offset + e.marks[i].first);
+        c.setPosition(offset + e.marks[j - 1].first + 1, QTextCursor::KeepAnchor);
+        QTextCharFormat f;
+        f.setProperty(StandsFor, int(e.marks[i].second));
+        c.mergeCharFormat(f);
+        i = j;
+    }
+}
+
+// The format for text the user adds at `c`: never a stand-in's mark, which typing after a
+// stand-in would otherwise inherit.
+QTextCharFormat plainFormat(const QTextCursor &c)
+{
+    QTextCharFormat f = c.charFormat();
+    f.clearProperty(StandsFor);
+    return f;
+}
+
+// What the stand-in before `c` stands for; 0 when there is none.
+char16_t standInBefore(const QTextCursor &c)
+{
+    return char16_t(c.charFormat().intProperty(StandsFor));
+}
+
+// The text of document positions [from, to): paragraph breaks as CR LF, stand-ins as what they
+// stand for.
+QString decode(const QTextDocument *doc, const QString &raw, int from, int to)
+{
+    QString out;
+    out.reserve((to - from) + (to - from) / 16);
+    std::optional<QTextCursor> at; // only text holding a stand-in needs one
+    for (qsizetype i = from; i < to; ++i) {
+        const QChar c = raw[i];
+        if (c == QChar(Paragraph)) {
+            out += u"\r\n";
+        } else if (c == QChar(StandIn)) {
+            if (!at)
+                at.emplace(const_cast<QTextDocument *>(doc));
+            at->setPosition(int(i) + 1);
+            const char16_t original = standInBefore(*at);
+            out += original ? QChar(original) : c;
         } else {
             out += c;
         }
@@ -45,23 +113,40 @@ QString toDocument(const QString &text)
     return out;
 }
 
-QString fromDocument(const QString &raw)
+// What the character at `pos` stands for when it is a stand-in; 0 otherwise.
+char16_t standInAt(const QTextDocument *doc, int pos)
 {
-    QString out;
-    out.reserve(raw.size() + raw.size() / 16);
-    for (const QChar c : raw) {
-        if (c == QChar(Paragraph))
-            out += u"\r\n";
-        else if (c == QChar(LoneCR))
-            out += u'\r';
-        else if (c == QChar(LoneLF))
-            out += u'\n';
-        else if (c == QChar(TextParagraph))
-            out += QChar(Paragraph);
-        else
-            out += c;
+    if (pos < 0 || doc->characterAt(pos) != QChar(StandIn))
+        return 0;
+    QTextCursor c(const_cast<QTextDocument *>(doc));
+    c.setPosition(pos + 1);
+    return standInBefore(c);
+}
+
+// How much of `typed` fits into `room` characters of text, where every line break (CR LF, or
+// a lone character the box makes a break of) takes two. `used` gets what that part takes.
+qsizetype fitting(const QString &typed, int room, int *used = nullptr)
+{
+    int taken = 0;
+    qsizetype i = 0;
+    while (i < typed.size()) {
+        const bool pair = typed[i] == u'\r' && i + 1 < typed.size() && typed[i + 1] == u'\n';
+        const int width = pair || becomesBreak(typed[i]) ? 2 : 1;
+        if (taken + width > room)
+            break;
+        taken += width;
+        i += pair ? 2 : 1;
     }
-    return out;
+    if (used)
+        *used = taken;
+    return i;
+}
+
+int lengthOf(const QString &typed)
+{
+    int used = 0;
+    fitting(typed, std::numeric_limits<int>::max(), &used);
+    return used;
 }
 
 // Document position -> text position (a paragraph break is two characters).
@@ -141,6 +226,7 @@ public:
     }
 
     QString raw() const { return document()->toRawText(); }
+    QString text(int from, int to) const { return decode(document(), raw(), from, to); }
     int room(int adding) const
     {
         const int max = m_box->m_maxLength;
@@ -151,6 +237,14 @@ public:
         const int selected = toTextPos(r, c.selectionEnd()) - toTextPos(r, c.selectionStart());
         const int length = toTextPos(r, int(r.size()));
         return qBound(0, max - (length - selected), adding);
+    }
+    // Inserts what the user typed, pasted or composed, without a neighbouring stand-in's mark.
+    void insertPlain(const QString &text)
+    {
+        QTextCursor c = textCursor();
+        c.insertText(text, plainFormat(c));
+        setTextCursor(c);
+        ensureCursorVisible();
     }
 
 protected:
@@ -168,8 +262,15 @@ protected:
             e->accept();
             return;
         }
-        const int adding = enter ? 2 : (e->text().isEmpty() || e->text()[0] < u' ' ? 0 : int(e->text().size()));
-        if (adding && !isReadOnly() && room(adding) < adding) {
+        const QString typed = e->text();
+        const bool typing = !typed.isEmpty() && typed[0] >= u' ' && !isReadOnly();
+        const int adding = typing ? lengthOf(typed) : 0;
+        if (typing && room(adding) < adding) {
+            e->accept();
+            return;
+        }
+        if (typing && typed.contains(QChar(StandIn))) {
+            insertPlain(typed);
             e->accept();
             return;
         }
@@ -179,11 +280,13 @@ protected:
     void inputMethodEvent(QInputMethodEvent *e) override
     {
         const QString commit = e->commitString();
-        const int allowed = isReadOnly() ? 0 : room(int(commit.size()));
-        if (allowed < commit.size()) {
-            QInputMethodEvent cut(e->preeditString(), e->attributes());
-            cut.setCommitString(commit.left(allowed), e->replacementStart(), e->replacementLength());
-            QPlainTextEdit::inputMethodEvent(&cut);
+        const int allowed = isReadOnly() ? 0 : room(lengthOf(commit));
+        const qsizetype fits = fitting(commit, allowed);
+        if (fits < commit.size() || commit.contains(QChar(StandIn))) {
+            QInputMethodEvent rest(e->preeditString(), e->attributes());
+            QPlainTextEdit::inputMethodEvent(&rest);
+            if (!isReadOnly())
+                insertPlain(commit.left(fits));
             return;
         }
         QPlainTextEdit::inputMethodEvent(e);
@@ -196,19 +299,17 @@ protected:
         // Pasted line ends of any kind become line breaks.
         QString text = source->text();
         text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-        text.replace(u'\r', u'\n');
-        const int allowed = room(int(text.size()) + int(text.count(u'\n')));
-        int taken = 0, used = 0;
-        while (taken < text.size() && used + (text[taken] == u'\n' ? 2 : 1) <= allowed)
-            used += text[taken++] == u'\n' ? 2 : 1;
-        textCursor().insertText(text.left(taken));
+        for (QChar &c : text)
+            if (becomesBreak(c))
+                c = u'\n';
+        insertPlain(text.left(fitting(text, room(lengthOf(text)))));
     }
 
     QMimeData *createMimeDataFromSelection() const override
     {
         auto *data = new QMimeData;
-        QString t = fromDocument(textCursor().selection().toRawText());
-        data->setText(t);
+        const QTextCursor c = textCursor();
+        data->setText(text(c.selectionStart(), c.selectionEnd()));
         return data;
     }
 
@@ -236,18 +337,22 @@ TextBox::TextBox(Kind kind, UserControl *owner, const QString &objectName)
         m_multi->m_box = this;
         connect(m_multi, &QPlainTextEdit::textChanged, this, &TextBox::emitIfChanged);
     }
-    applyColours();
 }
 
 TextBox::~TextBox() = default;
 
 QString TextBox::Text() const
 {
-    return m_line ? m_line->text() : fromDocument(m_multi->raw());
+    if (m_line)
+        return m_line->text();
+    const QString raw = m_multi->raw();
+    return decode(m_multi->document(), raw, 0, int(raw.size()));
 }
 
 void TextBox::emitIfChanged()
 {
+    if (m_settingByCode)
+        return; // the setter reports once it is done
     const QString now = Text();
     if (now == m_lastText)
         return;
@@ -266,8 +371,51 @@ void TextBox::setText(const QString &text)
     }
     if (text == Text())
         return;
-    m_multi->setPlainText(toDocument(text));
+    const Encoded e = encode(text);
+    m_settingByCode = true;
+    m_multi->setPlainText(e.doc);
+    if (!e.marks.empty()) {
+        applyMarks(m_multi->document(), 0, e);
+        m_multi->document()->clearUndoRedoStacks();
+    }
+    m_settingByCode = false;
     emitIfChanged();
+}
+
+// Document characters that hold the final CR LF of the text; 0 when it ends otherwise.
+static int trailingBreakWidth(const QTextDocument *doc)
+{
+    const int end = doc->characterCount() - 1; // the last paragraph's end is not text
+    if (end >= 1 && doc->characterAt(end - 1) == QChar(Paragraph))
+        return 1;
+    if (standInAt(doc, end - 2) == u'\r' && standInAt(doc, end - 1) == u'\n')
+        return 2;
+    return 0;
+}
+
+void TextBox::chopLineBreaks()
+{
+    if (!m_multi || !m_lastText.endsWith(u"\r\n"))
+        return;
+    QTextDocument *doc = m_multi->document();
+    // One edit block: the box lays out once at the end, while the text itself (what a Change
+    // handler reads) is current after every removal.
+    QTextCursor c(doc);
+    c.beginEditBlock();
+    for (int width; m_lastText.endsWith(u"\r\n") && (width = trailingBreakWidth(doc)) > 0;) {
+        const int end = doc->characterCount() - 1;
+        c.setPosition(end - width);
+        c.setPosition(end, QTextCursor::KeepAnchor);
+        m_settingByCode = true;
+        c.removeSelectedText();
+        m_settingByCode = false;
+        m_lastText.chop(2);
+        emit Change();
+    }
+    m_settingByCode = true;
+    c.endEditBlock();
+    m_settingByCode = false;
+    emitIfChanged(); // whatever a handler did meanwhile
 }
 
 int TextBox::SelStart() const
@@ -333,9 +481,15 @@ void TextBox::setSelText(const QString &text)
         m_settingByCode = false;
         return;
     }
+    const Encoded e = encode(text);
     QTextCursor c = m_multi->textCursor();
-    c.insertText(toDocument(text));
+    const int at = c.selectionStart();
+    m_settingByCode = true;
+    c.insertText(e.doc, plainFormat(c));
+    applyMarks(m_multi->document(), at, e);
+    m_settingByCode = false;
     m_multi->setTextCursor(c);
+    emitIfChanged();
 }
 
 void TextBox::afterWidgetFocusIn(Qt::FocusReason reason)

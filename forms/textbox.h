@@ -36,6 +36,9 @@ public:
     // never cut.
     int MaxLength() const { return m_maxLength; }
     void setMaxLength(int length);
+    // Multi-line: removes the final CR LF pairs from the text one by one, raising Change for
+    // each; costs the same per pair however long the text is.
+    void chopLineBreaks();
     QString PasswordChar() const { return m_password; }
     void setPasswordChar(const QString &c);
 

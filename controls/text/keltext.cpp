@@ -24,35 +24,68 @@ static const std::vector<Persisted> &persisted()
 }
 
 KelText::KelText(QWidget *parent)
-    : FieldControl(parent),
-      Text1{new TextBox(TextBox::Kind::SingleLine, this, QStringLiteral("Text1(0)")),
-            new TextBox(TextBox::Kind::MultiLine, this, QStringLiteral("Text1(1)"))}
+    : FieldControl(parent)
 {
-    Text1[1]->setVisible(false);
-    for (int i = 0; i < 2; ++i) {
-        TextBox *box = Text1[i];
-        connect(box, &Child::Change, this, &KelText::Change);
-        connect(box, &Child::Click, this, &KelText::Click);
-        connect(box, &Child::KeyPress, this, [this, i](int &k) { keyPress(i, k); });
-        connect(box, &Child::KeyDown, this, [this](int &code, int) {
-            if (code == 45)
-                m_insertMode = !m_insertMode;
-        });
-        connect(box, &Child::GotFocus, this, [this, box] {
-            selectOnEntry(box);
-            colourFocused();
-        });
-        connect(box, &Child::LostFocus, box, [box] { box->setSelStart(0); });
-    }
-    setFocusProxy(Text1[0]->widget());
+    setUpBox(0);
+    setFocusProxy(m_box[0]->widget());
+}
+
+TextBox *KelText::Text1(int index)
+{
+    if (index < 0 || index > 1)
+        return nullptr;
+    if (!m_box[index])
+        setUpBox(index);
+    return m_box[index];
+}
+
+// The multi-line box is built when first needed (most fields never are multi-line) and then
+// takes on what was set on both boxes so far.
+void KelText::setUpBox(int i)
+{
+    auto *box = new TextBox(i ? TextBox::Kind::MultiLine : TextBox::Kind::SingleLine, this,
+                            i ? QStringLiteral("Text1(1)") : QStringLiteral("Text1(0)"));
+    m_box[i] = box;
+    connect(box, &Child::Change, this, &KelText::Change);
+    connect(box, &Child::Click, this, &KelText::Click);
+    connect(box, &Child::KeyPress, this, [this, i](int &k) { keyPress(i, k); });
+    connect(box, &Child::KeyDown, this, [this](int &code, int) {
+        if (code == 45)
+            m_insertMode = !m_insertMode;
+    });
+    connect(box, &Child::GotFocus, this, [this, box] {
+        selectOnEntry(box);
+        colourFocused();
+    });
+    connect(box, &Child::LostFocus, box, [box] { box->setSelStart(0); });
+    if (i == 0)
+        return;
+    box->setVisible(false);
+    const TextBox *single = m_box[0];
+    box->setLocked(single->Locked());
+    box->setMaxLength(single->MaxLength());
+    box->setPasswordChar(single->PasswordChar());
+    box->setEnabled(single->Enabled());
+    box->setBackColor(single->BackColor());
+    box->setForeColor(single->ForeColor());
+    box->setToolTipText(single->ToolTipText());
+    if (single->widget()->testAttribute(Qt::WA_SetFont))
+        box->widget()->setFont(single->widget()->font());
+}
+
+std::vector<Child *> KelText::fields() const
+{
+    if (!m_box[1])
+        return {m_box[0]};
+    return {m_box[0], m_box[1]};
 }
 
 void KelText::setMaxLength(qint16 length)
 {
     if (length < 0)
         return;
-    Text1[0]->setMaxLength(length);
-    Text1[1]->setMaxLength(length);
+    for (Child *f : fields())
+        static_cast<TextBox *>(f)->setMaxLength(length);
     propertyChanged(QStringLiteral("MaxLength"));
 }
 
@@ -60,6 +93,8 @@ void KelText::setMultiLine(bool multiLine)
 {
     const QString text = Text();
     TextBox *old = activeBox();
+    if (multiLine)
+        Text1(1);
     m_fieldIndex = multiLine ? 1 : 0;
     propertyChanged(QStringLiteral("MultiLine"));
     // The new box is shown and focused before the old one hides, so the focus stays here.
@@ -74,22 +109,18 @@ void KelText::setMultiLine(bool multiLine)
 
 void KelText::setPasswordChar(const QString &c)
 {
-    Text1[0]->setPasswordChar(c.left(1));
-    Text1[1]->setPasswordChar(Text1[0]->PasswordChar());
+    m_box[0]->setPasswordChar(c.left(1));
+    if (m_box[1])
+        m_box[1]->setPasswordChar(m_box[0]->PasswordChar());
     propertyChanged(QStringLiteral("PasswordChar"));
 }
 
 QString KelText::Text()
 {
     if (m_fieldIndex == 0)
-        return Text1[0]->Text();
-    QString t = Text1[1]->Text();
-    while (t.endsWith(u"\r\n")) {
-        t.chop(2);
-        Text1[1]->setText(t);
-        t = Text1[1]->Text();
-    }
-    return t;
+        return m_box[0]->Text();
+    m_box[1]->chopLineBreaks();
+    return m_box[1]->Text();
 }
 
 void KelText::setText(const QString &text)
@@ -112,7 +143,7 @@ bool KelText::Valid() const
 
 void KelText::keyPress(int box, int &keyAscii)
 {
-    TextBox *b = Text1[box];
+    TextBox *b = m_box[box];
     switch (keyAscii) {
     case 8: case 27:
         return;

@@ -25,16 +25,17 @@ class KEL_EXPORT KelText : public FieldControl
 public:
     explicit KelText(QWidget *parent = nullptr);
 
-    // Text1(0) is the single-line box, Text1(1) the multi-line one; one of them is shown.
-    TextBox *const Text1[2];
+    /// Text1(0) is the single-line box, Text1(1) the multi-line one; one of them is shown.
+    /// Null for any other index.
+    TextBox *Text1(int index);
 
     bool Changed() const { return activeBox()->Text() != m_textOriginal; }
     bool ChangedSaved() const { return activeBox()->Text() != m_textSaved; }
-    qint16 MaxLength() const { return qint16(Text1[0]->MaxLength()); }
+    qint16 MaxLength() const { return qint16(m_box[0]->MaxLength()); }
     void setMaxLength(qint16 length);
     bool MultiLine() const { return m_fieldIndex == 1; }
     void setMultiLine(bool multiLine);
-    QString PasswordChar() const { return Text1[0]->PasswordChar(); }
+    QString PasswordChar() const { return m_box[0]->PasswordChar(); }
     void setPasswordChar(const QString &c);
     // Reading the text of a multi-line field drops its trailing empty lines from the field.
     QString Text();
@@ -51,7 +52,7 @@ signals:
     void Click();
 
 protected:
-    std::vector<Child *> fields() const override { return {Text1[0], Text1[1]}; }
+    std::vector<Child *> fields() const override;
     Child *activeField() const override { return activeBox(); }
     LayoutRules layoutRules() const override;
 
@@ -62,9 +63,11 @@ protected:
     void onExitFocus() override { colourExited(); }
 
 private:
-    TextBox *activeBox() const { return Text1[m_fieldIndex]; }
+    TextBox *activeBox() const { return m_box[m_fieldIndex]; }
+    void setUpBox(int index);
     void keyPress(int box, int &keyAscii);
 
+    TextBox *m_box[2] = {};
     qint16 m_fieldIndex = 0;
     QString m_textOriginal;
     QString m_textSaved;

@@ -152,7 +152,7 @@ private slots:
         auto rect = [](const Child *c) { return QRect(qRound(c->Left()), qRound(c->Top()), qRound(c->Width()), qRound(c->Height())); };
         QCOMPARE(QRect(0, 0, qRound(t.Width()), qRound(t.Height())), control);
         QCOMPARE(rect(t.Label1), label);
-        QCOMPARE(rect(t.Text1[multi ? 1 : 0]), field);
+        QCOMPARE(rect(t.Text1(multi ? 1 : 0)), field);
     }
 
     // A size in twips that rounds to the pixels the control already has still runs the layout.
@@ -200,21 +200,21 @@ private slots:
         const LibrarySettings &s = librarySettings();
         Form f;
         QVERIFY(f.ready());
-        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackFocus);   // the window gave it the focus
+        QCOMPARE(f.first->Text1(0)->BackColor(), s.FieldBackFocus);   // the window gave it the focus
         f.first->setLocked(true);
-        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackFocusLocked);
+        QCOMPARE(f.first->Text1(0)->BackColor(), s.FieldBackFocusLocked);
         f.first->setLocked(false);
-        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackFocus);
+        QCOMPARE(f.first->Text1(0)->BackColor(), s.FieldBackFocus);
         f.second->setLocked(true);
-        QCOMPARE(f.second->Text1[0]->BackColor(), s.FieldBackLocked);
-        QCOMPARE(f.second->Text1[1]->BackColor(), s.FieldBackLocked);
+        QCOMPARE(f.second->Text1(0)->BackColor(), s.FieldBackLocked);
+        QCOMPARE(f.second->Text1(1)->BackColor(), s.FieldBackLocked);
         field(f.second)->setFocus(Qt::TabFocusReason);
-        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackNormal);
-        QCOMPARE(f.second->Text1[0]->BackColor(), s.FieldBackFocusLocked);
+        QCOMPARE(f.first->Text1(0)->BackColor(), s.FieldBackNormal);
+        QCOMPARE(f.second->Text1(0)->BackColor(), s.FieldBackFocusLocked);
         f.first->setEnabled(false);
-        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackLocked);
+        QCOMPARE(f.first->Text1(0)->BackColor(), s.FieldBackLocked);
         f.first->setEnabled(true);
-        QCOMPARE(f.first->Text1[0]->BackColor(), s.FieldBackNormal);
+        QCOMPARE(f.first->Text1(0)->BackColor(), s.FieldBackNormal);
     }
 
     void lowColourDepthOddity()
@@ -223,7 +223,7 @@ private slots:
         KelText t;
         t.setLocked(true);
         t.setLocked(false); // system colour == FieldBackFocusLocked, so it turns "focused"
-        QCOMPARE(t.Text1[0]->BackColor(), 0x0080FF80u);
+        QCOMPARE(t.Text1(0)->BackColor(), 0x0080FF80u);
     }
 
     void selectOnFocus_data()
@@ -250,9 +250,9 @@ private slots:
         else
             QTest::mouseClick(field(f.second), Qt::LeftButton, {}, QPoint(3, 5));
         QCOMPARE(QApplication::focusWidget(), field(f.second));
-        QCOMPARE(f.second->Text1[0]->SelLength(), selLength);
+        QCOMPARE(f.second->Text1(0)->SelLength(), selLength);
         QTest::keyClick(field(f.second), Qt::Key_Tab);
-        QCOMPARE(f.second->Text1[0]->SelStart(), 0); // leaving puts the caret home
+        QCOMPARE(f.second->Text1(0)->SelStart(), 0); // leaving puts the caret home
     }
 
     void changeTracking()
@@ -281,8 +281,8 @@ private slots:
         Form f;
         QVERIFY(f.ready());
         QStringList log;
-        connect(f.second->Text1[0], &Child::GotFocus, this, [&] { log << u"got"_qs; });
-        connect(f.second->Text1[0], &Child::LostFocus, this, [&] { log << u"lost"_qs << u"inside:%1"_qs.arg(f.second->focusInside()); });
+        connect(f.second->Text1(0), &Child::GotFocus, this, [&] { log << u"got"_qs; });
+        connect(f.second->Text1(0), &Child::LostFocus, this, [&] { log << u"lost"_qs << u"inside:%1"_qs.arg(f.second->focusInside()); });
         QTest::keyClick(field(f.first), Qt::Key_Tab);
         log << u"inside:%1"_qs.arg(f.second->focusInside());
         QTest::keyClick(field(f.second), Qt::Key_Tab);
@@ -297,8 +297,8 @@ private slots:
         Form f;
         QVERIFY(f.ready());
         QStringList log;
-        connect(f.first->Text1[0], &Child::LostFocus, this, [&] { log << u"first lost"_qs; });
-        connect(f.second->Text1[0], &Child::GotFocus, this, [&] { log << u"second got"_qs; });
+        connect(f.first->Text1(0), &Child::LostFocus, this, [&] { log << u"first lost"_qs; });
+        connect(f.second->Text1(0), &Child::GotFocus, this, [&] { log << u"second got"_qs; });
         QWidget other;
         other.show();
         other.activateWindow();
@@ -308,19 +308,19 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&f.window));
         QCOMPARE(log, (QStringList{u"first lost"_qs, u"second got"_qs}));
         QVERIFY(!f.first->focusInside());
-        QCOMPARE(f.first->Text1[0]->BackColor(), librarySettings().FieldBackNormal);
+        QCOMPARE(f.first->Text1(0)->BackColor(), librarySettings().FieldBackNormal);
     }
 
     void tooltips()
     {
         KelText t;
         t.TooltipSet(u"Where you live"_qs);
-        QCOMPARE(t.Text1[0]->ToolTipText(), u"Where you live"_qs);
-        QCOMPARE(t.Text1[1]->ToolTipText(), u"Where you live"_qs);
+        QCOMPARE(t.Text1(0)->ToolTipText(), u"Where you live"_qs);
+        QCOMPARE(t.Text1(1)->ToolTipText(), u"Where you live"_qs);
         QCOMPARE(t.ExtenderToolTipText(), u"Where you live"_qs);
         t.setExtenderToolTipText(u"From the host"_qs);
         t.show(); // showing takes the extender's tool tip
-        QCOMPARE(t.Text1[0]->ToolTipText(), u"From the host"_qs);
+        QCOMPARE(t.Text1(0)->ToolTipText(), u"From the host"_qs);
     }
 };
 

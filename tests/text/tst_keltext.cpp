@@ -2,6 +2,7 @@
 #include "kelfixture.h"
 
 #include <QClipboard>
+#include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
@@ -10,6 +11,17 @@
 using namespace kel;
 
 using Form = test::TwoFieldForm<KelText>;
+
+// Types characters that have no key of their own, as an input method's key events bring them.
+static void typeChars(QWidget *w, const QString &text)
+{
+    for (const QChar c : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(w, &press);
+        QKeyEvent release(QEvent::KeyRelease, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(w, &release);
+    }
+}
 
 static QWidget *box(KelText *t, int i) { return t->findChild<QWidget *>(i ? QStringLiteral("Text1(1)") : QStringLiteral("Text1(0)")); }
 
@@ -34,6 +46,8 @@ private slots:
         QTest::newRow("lone lf kept") << u"a\n"_qs << u"a\n"_qs << 0;
         QTest::newRow("lone cr kept") << u"a\r"_qs << u"a\r"_qs << 0;
         QTest::newRow("inner pair kept") << u"a\r\nb"_qs << u"a\r\nb"_qs << 0;
+        QTest::newRow("a thousand pairs") << u"a"_qs + u"\r\n"_qs.repeated(1000) << u"a"_qs << 1000;
+        QTest::newRow("pair after a lone cr") << u"a\r\r\n"_qs << u"a\r"_qs << 1;
     }
     void textTrimsTrailingBreakPairs()
     {
@@ -48,6 +62,95 @@ private slots:
         QCOMPARE(t.Text(), text);
         QCOMPARE(t.TextRaw(), text);
         QCOMPARE(change.count(), changes);
+    }
+
+    // Whatever a host sets comes back exactly, unchanged and not Changed; typing and copying
+    // next to it keep it too.
+    void multiLineKeepsAnyText_data()
+    {
+        QTest::addColumn<QString>("text");
+        const auto s = [](std::initializer_list<char16_t> units) { return QString(reinterpret_cast<const QChar *>(units.begin()), qsizetype(units.size())); };
+        QTest::newRow("stand-in characters") << s({u'a', 0xFDEA, u'b', 0xFDEB, 0xFDEC, u'c'});
+        QTest::newRow("frame markers") << s({0xFDD0, u'x', 0xFDD1});
+        QTest::newRow("separators") << s({u'a', 0x2029, 0x2028, u'b', 0x2029});
+        QTest::newRow("lone breaks") << u"\r\r\n\n\r\n\rx\n"_qs;
+        QTest::newRow("stand-in after a lone break") << s({u'\r', 0xFDEA, u'\n', 0xFDEA});
+        QTest::newRow("nul and lone surrogates") << s({0, u'a', 0xD800, u'b', 0xDC00});
+        QString every;
+        for (int u = 0; u <= 0xFFFF; ++u) { // one a line keeps surrogates lone
+            every += QChar(char16_t(u));
+            every += u"\r\n";
+        }
+        QTest::newRow("every code unit") << every;
+    }
+    void multiLineKeepsAnyText()
+    {
+        QFETCH(QString, text);
+        Form f;
+        QVERIFY(f.ready());
+        KelText *t = f.first;
+        t->setMultiLine(true);
+        t->setText(text);
+        QCOMPARE(t->TextRaw(), text);
+        QVERIFY(!t->Changed());
+        TextBox *b = t->Text1(1);
+        b->setSelStart(0);
+        b->setSelLength(int(text.size()));
+        QCOMPARE(b->SelText(), text);
+        QCOMPARE(b->SelLength(), int(text.size()));
+        box(t, 1)->setFocus(Qt::MouseFocusReason);
+        b->setSelStart(int(text.size()));
+        typeChars(box(t, 1), QString(u"x"_qs + QChar(0xFDEA)));
+        QCOMPARE(t->TextRaw(), text + u"x"_qs + QChar(0xFDEA));
+        b->setSelStart(0);
+        b->setSelLength(int(text.size()));
+        QTest::keyClick(box(t, 1), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), text);
+        b->setSelText(text); // replaced by itself
+        QCOMPARE(t->TextRaw(), text + u"x"_qs + QChar(0xFDEA));
+    }
+
+    // A paragraph separator typed, composed or pasted is a line break, two characters long.
+    void maxLengthCountsBreaksAsTwo_data()
+    {
+        QTest::addColumn<int>("max");
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<QString>("input");
+        QTest::addColumn<QString>("expected");
+        const QString ps(QChar(0x2029));
+        QTest::newRow("typed, no room") << 1 << u"type"_qs << ps << QString();
+        QTest::newRow("typed, room") << 2 << u"type"_qs << ps << u"\r\n"_qs;
+        QTest::newRow("composed, no room") << 1 << u"compose"_qs << ps << QString();
+        QTest::newRow("composed, cut before the break") << 2 << u"compose"_qs << QString(u"x"_qs + ps + u"y"_qs) << u"x"_qs;
+        QTest::newRow("pasted, cut before the break") << 2 << u"paste"_qs << QString(u"x"_qs + ps + u"y"_qs) << u"x"_qs;
+        QTest::newRow("pasted, break fits") << 3 << u"paste"_qs << QString(u"x"_qs + ps + u"y"_qs) << u"x\r\n"_qs;
+        QTest::newRow("pasted frame marker") << 2 << u"paste"_qs << QString(QChar(0xFDD0) + u"y"_qs) << u"\r\n"_qs;
+    }
+    void maxLengthCountsBreaksAsTwo()
+    {
+        QFETCH(int, max);
+        QFETCH(QString, how);
+        QFETCH(QString, input);
+        QFETCH(QString, expected);
+        Form f;
+        QVERIFY(f.ready());
+        KelText *t = f.first;
+        t->setMultiLine(true);
+        t->setMaxLength(qint16(max));
+        QWidget *w = box(t, 1);
+        w->setFocus(Qt::MouseFocusReason);
+        if (how == u"type") {
+            typeChars(w, input);
+        } else if (how == u"compose") {
+            QInputMethodEvent e(QString(), {});
+            e.setCommitString(input);
+            QApplication::sendEvent(w, &e);
+        } else {
+            QApplication::clipboard()->setText(input);
+            QTest::keyClick(w, Qt::Key_V, Qt::ControlModifier);
+        }
+        QCOMPARE(t->TextRaw(), expected);
+        QVERIFY(t->TextRaw().size() <= max);
     }
 
     void valid_data()
@@ -92,13 +195,37 @@ private slots:
         QVERIFY(!box(&t, 0)->isVisibleTo(&t));
         QVERIFY(box(&t, 1)->isVisibleTo(&t));
         QCOMPARE(t.TextRaw(), u"abc"_qs);
-        t.Text1[1]->setText(u"abc\r\nline 2\r\n\r\n"_qs);
+        t.Text1(1)->setText(u"abc\r\nline 2\r\n\r\n"_qs);
         QVERIFY(t.Changed());
         t.setMultiLine(false);
         QCOMPARE(t.Text(), u"abc\r\nline 2"_qs);
         QCOMPARE(t.TextOriginal(), u"abc\r\nline 2"_qs);
         QVERIFY(!t.Changed());
         QVERIFY(!t.MultiLine());
+    }
+
+    // The multi-line box, however late it is first used, carries what was set on the field.
+    void multiLineBoxTakesSettings()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        KelText *t = f.first;
+        t->setLocked(true);
+        t->setMaxLength(3);
+        t->setPasswordChar(u"*"_qs);
+        t->setEnabled(false);
+        t->TooltipSet(u"tip"_qs);
+        t->setMultiLine(true);
+        TextBox *b = t->Text1(1);
+        QCOMPARE(box(t, 1), b->widget());
+        QVERIFY(b->Locked());
+        QCOMPARE(b->MaxLength(), 3);
+        QCOMPARE(b->PasswordChar(), u"*"_qs);
+        QVERIFY(!b->Enabled());
+        QCOMPARE(b->ToolTipText(), u"tip"_qs);
+        QCOMPARE(b->BackColor(), librarySettings().FieldBackLocked);
+        QCOMPARE(b->widget()->font(), box(t, 0)->font());
+        QCOMPARE(t->Text1(2), nullptr);
     }
 
     void enterKey()
@@ -113,7 +240,7 @@ private slots:
 
         f.first->setMultiLine(true);
         box(f.first, 1)->setFocus(Qt::MouseFocusReason);
-        f.first->Text1[1]->setSelStart(2);
+        f.first->Text1(1)->setSelStart(2);
         QTest::keyClick(box(f.first, 1), Qt::Key_Return);
         QTest::keyClicks(box(f.first, 1), u"c"_qs);
         QCOMPARE(f.first->TextRaw(), u"ab\r\nc"_qs);
@@ -150,7 +277,7 @@ private slots:
         f.first->setText(text);
         QWidget *w = box(f.first, multi);
         w->setFocus(Qt::MouseFocusReason);
-        f.first->Text1[multi]->setSelStart(caret);
+        f.first->Text1(multi)->setSelStart(caret);
         QTest::keyClicks(w, u"x"_qs);
         QCOMPARE(f.first->TextRaw(), expected);
     }
@@ -161,7 +288,7 @@ private slots:
         QSignalSpy changed(&t, &UserControl::PropertyChanged);
         t.setPasswordChar(u"#!"_qs);
         QCOMPARE(t.PasswordChar(), u"#"_qs);
-        QCOMPARE(t.Text1[1]->PasswordChar(), u"#"_qs);
+        QCOMPARE(t.Text1(1)->PasswordChar(), u"#"_qs);
         QCOMPARE(qobject_cast<QLineEdit *>(box(&t, 0))->echoMode(), QLineEdit::Password);
         t.setPasswordChar(QString());
         QCOMPARE(qobject_cast<QLineEdit *>(box(&t, 0))->echoMode(), QLineEdit::Normal);
@@ -180,7 +307,7 @@ private slots:
         QCOMPARE(f.first->TextRaw(), u"abcdef"_qs);
         f.first->setText(u"ab"_qs);
         box(f.first, 0)->setFocus(Qt::MouseFocusReason);
-        f.first->Text1[0]->setSelStart(2);
+        f.first->Text1(0)->setSelStart(2);
         QTest::keyClicks(box(f.first, 0), u"xyz"_qs);
         QCOMPARE(f.first->TextRaw(), u"abx"_qs);
     }
@@ -258,14 +385,14 @@ private slots:
         QTest::keyClick(box(f.first, 0), Qt::Key_Insert, Qt::ShiftModifier);
         QCOMPARE(f.first->TextRaw(), u"clip"_qs);
         QVERIFY(!f.first->InsertMode()); // every Insert key-down toggles, Shift+Insert still pastes
-        f.first->Text1[0]->setLocked(true);
+        f.first->Text1(0)->setLocked(true);
         QTest::keyClick(box(f.first, 0), Qt::Key_Insert); // locked or not, silently
         QVERIFY(f.first->InsertMode());
         QCOMPARE(changed.count(), 0);
-        f.first->Text1[0]->setLocked(false);
+        f.first->Text1(0)->setLocked(false);
         f.first->setMultiLine(true);
         QCOMPARE(QApplication::focusWidget(), box(f.first, 1)); // the switch keeps the focus here
-        f.first->Text1[1]->setSelStart(4);
+        f.first->Text1(1)->setSelStart(4);
         QTest::keyClick(box(f.first, 1), Qt::Key_Return, Qt::ShiftModifier);
         QCOMPARE(f.first->TextRaw(), u"clip\r\n"_qs);
     }
