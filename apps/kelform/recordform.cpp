@@ -78,6 +78,12 @@ RecordForm::RecordForm(QWidget *form, const QSqlDatabase &db, QWidget *parent)
     refresh();
 }
 
+RecordForm::~RecordForm()
+{
+    // QWidget's destructor still moves the focus, after our members are gone.
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 void RecordForm::openTable(const QSqlDatabase &db)
 {
     auto *model = new QSqlTableModel(this, db);

@@ -19,6 +19,7 @@ class RecordForm : public QWidget
 public:
     /// Takes `form` as its child; `db` is used only when the form names a table.
     RecordForm(QWidget *form, const QSqlDatabase &db, QWidget *parent = nullptr);
+    ~RecordForm() override;
 
     QWidget *form() const { return m_form; }
     /// The form names a table that could be opened.
