@@ -9,8 +9,7 @@
 #include "controls/number/kelnumber.h"
 #include "controls/progress/kelprogressbar.h"
 #include "controls/text/keltext.h"
-#include "library/librarysettings.h"
-#include "runtime/kelruntime8.h"
+#include "benchratio.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -25,7 +24,6 @@
 
 #include <cstdio>
 #include <malloc.h>
-#include <map>
 #include <string>
 
 namespace {
@@ -107,22 +105,8 @@ void QtMixedForm(benchmark::State &state)
     state.SetItemsProcessed(state.iterations() * Controls);
 }
 
-void KelForm(benchmark::State &state)
-{
-    for (auto _ : state)
-        openForm<addKel>(int(state.range(0)));
-}
-
-void QtForm(benchmark::State &state)
-{
-    for (auto _ : state)
-        openForm<addQt>(int(state.range(0)));
-}
-
 BENCHMARK(KelMixedForm)->Unit(benchmark::kMillisecond);
 BENCHMARK(QtMixedForm)->Unit(benchmark::kMillisecond);
-BENCHMARK(KelForm)->DenseRange(0, Kinds - 1)->Unit(benchmark::kMillisecond);
-BENCHMARK(QtForm)->DenseRange(0, Kinds - 1)->Unit(benchmark::kMillisecond);
 
 // Heap bytes in use per control while a shown form of `Controls` of them is open.
 template<void (*Add)(QWidget *, int, int)>
@@ -141,50 +125,33 @@ double bytesPerControl(int kind)
     return double(after - before) / Controls;
 }
 
-class RatioReporter : public benchmark::ConsoleReporter
+void MemoryPerControl(benchmark::State &state)
 {
-public:
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &r : runs)
-            if (!r.error_occurred && r.run_type == Run::RT_Iteration)
-                m_times[r.benchmark_name()] = r.GetAdjustedCPUTime();
-        ConsoleReporter::ReportRuns(runs);
+    for (auto _ : state) {
+        for (int k = 0; k < Kinds; ++k) {
+            const double ours = bytesPerControl<addKel>(k), theirs = bytesPerControl<addQt>(k);
+            std::printf("memory %s: %.0f B per control, peer %.0f B: ratio %.2fx\n", kindNames[k], ours, theirs, ours / theirs);
+        }
     }
-    double time(const std::string &name) const
-    {
-        const auto it = m_times.find(name);
-        return it == m_times.end() ? 0 : it->second;
-    }
-
-private:
-    std::map<std::string, double> m_times;
-};
+}
+BENCHMARK(MemoryPerControl)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    kel::adoptRuntime(std::make_shared<kel::KelRuntime8>());
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-
-    std::vector<std::pair<std::string, std::string>> pairs = {{"KelMixedForm", "QtMixedForm"}};
+    // One form per kind, each under its own name so that every kind gets its ratio.
+    static std::vector<std::string> names;
     for (int k = 0; k < Kinds; ++k)
-        pairs.emplace_back("KelForm/" + std::to_string(k), "QtForm/" + std::to_string(k));
-    for (const auto &[ours, theirs] : pairs) {
-        const double a = reporter.time(ours), b = reporter.time(theirs);
-        if (a > 0 && b > 0)
-            std::printf("ratio %s / %s: %.2fx\n", ours.c_str(), theirs.c_str(), a / b);
-    }
+        for (const char *side : {"Kel", "Qt"})
+            names.push_back(std::string(side) + "Form" + kindNames[k]);
+    std::vector<std::pair<const char *, const char *>> pairs = {{"KelMixedForm", "QtMixedForm"}};
     for (int k = 0; k < Kinds; ++k) {
-        const double ours = bytesPerControl<addKel>(k), theirs = bytesPerControl<addQt>(k);
-        std::printf("memory %s: %.0f B per control, peer %.0f B: ratio %.2fx\n", kindNames[k], ours, theirs, ours / theirs);
+        benchmark::RegisterBenchmark(names[2 * k].c_str(), [k](benchmark::State &st) { for (auto _ : st) openForm<addKel>(k); })
+                ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(names[2 * k + 1].c_str(), [k](benchmark::State &st) { for (auto _ : st) openForm<addQt>(k); })
+                ->Unit(benchmark::kMillisecond);
+        pairs.emplace_back(names[2 * k].c_str(), names[2 * k + 1].c_str());
     }
-    return 0;
+    return kel::bench::runWithRatios(argc, argv, pairs);
 }
