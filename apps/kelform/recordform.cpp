@@ -11,6 +11,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMetaMethod>
 #include <QSqlError>
@@ -106,6 +107,9 @@ void RecordForm::openTable(const QSqlDatabase &db)
             continue;
         // The USER property is what the mapper moves; the delegate adapts it to the column.
         m_mapper.addMapping(c, column);
+        for (QWidget *w : c->findChildren<QWidget *>())
+            if (w->focusPolicy() != Qt::NoFocus)
+                w->installEventFilter(this);
         for (const char *signal : {SIGNAL(Change()), SIGNAL(Click())})
             if (c->metaObject()->indexOfSignal(QMetaObject::normalizedSignature(signal + 1)) >= 0)
                 connect(c, signal, this, SLOT(controlChanged()));
@@ -119,15 +123,15 @@ void RecordForm::openTable(const QSqlDatabase &db)
         m_recordActions << a;
         return a;
     };
-    add(QStringLiteral("|<"), QKeySequence(Qt::CTRL | Qt::Key_Home), [this] { first(); });
+    add(QStringLiteral("|<"), QKeySequence(Qt::CTRL | Qt::Key_PageUp), [this] { first(); });
     add(QStringLiteral("<"), QKeySequence(Qt::Key_PageUp), [this] { previous(); });
     add(QStringLiteral(">"), QKeySequence(Qt::Key_PageDown), [this] { next(); });
-    add(QStringLiteral(">|"), QKeySequence(Qt::CTRL | Qt::Key_End), [this] { last(); });
+    add(QStringLiteral(">|"), QKeySequence(Qt::CTRL | Qt::Key_PageDown), [this] { last(); });
     m_tools->addSeparator();
     add(QStringLiteral("New"), QKeySequence::New, [this] { newRecord(); });
     m_save = add(QStringLiteral("Save"), QKeySequence::Save, [this] { save(); });
-    add(QStringLiteral("Revert"), QKeySequence(Qt::CTRL | Qt::Key_Z), [this] { revert(); });
-    add(QStringLiteral("Delete"), QKeySequence(Qt::CTRL | Qt::Key_Delete), [this] { deleteRecord(); });
+    add(QStringLiteral("Revert"), QKeySequence(Qt::CTRL | Qt::Key_R), [this] { revert(); });
+    add(QStringLiteral("Delete"), QKeySequence(), [this] { deleteRecord(); });
     if (!m_form->property("batch").toString().isEmpty()) {
         m_tools->addSeparator();
         const QString batchTitle = m_form->property("batchTitle").toString();
@@ -382,6 +386,20 @@ bool RecordForm::runBatch()
     m_model->select();
     showRow(keep.isValid() ? rowOfId(keep) : 0);
     return true;
+}
+
+// Some fields raise Change only when they commit, and reading ChangedSaved would commit typed
+// text under the user's hands: a key that edits counts as a change until the focus moves.
+bool RecordForm::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (!key->text().isEmpty() && key->text().at(0).isPrint() && !(key->modifiers() & Qt::ControlModifier))
+            controlChanged();
+        else if (key->key() == Qt::Key_Backspace || key->key() == Qt::Key_Delete)
+            controlChanged();
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void RecordForm::controlChanged()
