@@ -1,9 +1,9 @@
 #include "controls/kelcontrols8.h"
 
+#include "controls/check/kelcheck.h"
+#include "controls/combo/kelcombo.h"
 #include "controls/datetime/keldate.h"
 #include "controls/datetime/keltime.h"
-#include "controls/combo/kelcombo.h"
-#include "controls/check/kelcheck.h"
 #include "controls/number/kelnumber.h"
 #include "controls/progress/kelprogressbar.h"
 #include "controls/text/keltext.h"

@@ -220,7 +220,6 @@ ComboBox::ComboBox(UserControl *owner, const QString &objectName)
     m_combo->setCurrentIndex(-1);
     m_edit->setMaxLength(std::numeric_limits<int>::max());
     m_edit->setValidator(new ComboLengthValidator(this, m_edit));
-    m_edit->installEventFilter(this);
     connect(m_edit, &QLineEdit::textChanged, this, &ComboBox::followText);
     // Only edits raise Change; a pick from the list raises Click.
     connect(m_edit, &QLineEdit::textEdited, this, [this] {
@@ -456,8 +455,6 @@ bool ComboBox::eventFilter(QObject *watched, QEvent *event)
     default:
         break;
     }
-    if (watched == m_edit)
-        return false;
     return Child::eventFilter(watched, event);
 }
 

@@ -1,6 +1,7 @@
-// kelform: the demo host. Shows a form of the library's controls; with --png FILE it renders the
-// form to FILE instead (for machines without a display).
+// kelform: the demo host. Runs a .ui form (the order-entry example by default) against its
+// database; --gallery shows every control instead, and with --png FILE renders it to FILE.
 #include "demoform.h"
+#include "runform.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -19,7 +20,12 @@ int main(int argc, char **argv)
     cli.addHelpOption();
     const QCommandLineOption png(QStringLiteral("png"), QStringLiteral("Render the form to <file> and exit."), QStringLiteral("file"));
     cli.addOption(png);
+    const QCommandLineOption gallery(QStringLiteral("gallery"), QStringLiteral("Show the gallery of every control."));
+    cli.addOption(gallery);
+    kel::kelform::addFormOptions(cli);
     cli.process(app);
+    if (!cli.isSet(gallery) && !cli.isSet(png))
+        return kel::kelform::runForm(cli);
 
     QWidget form;
     form.setWindowTitle(QStringLiteral("KelControls8 demo form"));
@@ -44,8 +50,10 @@ int main(int argc, char **argv)
     y += 8;
     heading(QStringLiteral("Date and time fields"));
     kel::demo::addDateFields(&form, y);
+    y += 8;
     heading(QStringLiteral("Combo fields"));
     kel::demo::addComboFields(&form, y);
+    y += 8;
     heading(QStringLiteral("Check fields and progress"));
     kel::demo::addCheckFields(&form, y);
     form.resize(320, y + 12);

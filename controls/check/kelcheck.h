@@ -27,6 +27,7 @@ class KEL_EXPORT KelCheck : public UserControl
 public:
     explicit KelCheck(QWidget *parent = nullptr);
 
+    /// The check box; its own caption is the field's caption.
     CheckBox *const Check1;
 
     /// The check box's own text, which serves as the caption.
@@ -40,6 +41,7 @@ public:
     /// The stored flag; a disabled field shows grey text and takes no input.
     bool Enabled() const { return m_enabled; }
     void setEnabled(bool enabled);
+    /// The check box's bold font.
     bool FontBold() const { return Check1->FontBold(); }
     void setFontBold(bool bold);
     /// A locked field takes no click, no key and no focus, but is drawn enabled.
@@ -54,8 +56,10 @@ public:
     bool Value() const { return Check1->Value() == 1; }
     /// Sets the box and ValueOriginal; raises no Change.
     void setValue(bool value);
+    /// The reference of Changed; setting it announces nothing.
     bool ValueOriginal() const { return m_valueOriginal; }
     void setValueOriginal(bool value) { m_valueOriginal = value; }
+    /// The reference of ChangedSaved: the value the host last stored.
     bool ValueSaved() const { return m_valueSaved; }
     void setValueSaved(bool value) { m_valueSaved = value; }
 

@@ -103,6 +103,8 @@ void KelProgressBar::rangeChanged()
 {
     m_lastBarWidth = -1;
     m_rangeSize = qint64(m_max) - m_min + 1;
+    m_value = qBound(m_min, m_value, m_max); // shown at the next Value
+
 }
 
 void KelProgressBar::setShowTime(bool show)

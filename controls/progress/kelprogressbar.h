@@ -20,10 +20,11 @@ class KEL_EXPORT KelProgressBar : public UserControl
 public:
     explicit KelProgressBar(QWidget *parent = nullptr);
 
+    /// The picture the bar and its text are drawn on.
     PictureBox *const Picture1;
 
     /// The control's own enabled state (not saved with the form).
-    bool Enabled() const { return isEnabled(); }
+    bool Enabled() const { return !testAttribute(Qt::WA_ForceDisabled); }
     void setEnabled(bool enabled);
     /// The last value of the job; Min follows it down when it is set below Min.
     qint32 Max() const { return m_max; }
@@ -44,6 +45,7 @@ public:
     Q_INVOKABLE void Start();
     /// Clears the picture.
     Q_INVOKABLE void Clear() { Picture1->Cls(); Picture1->Refresh(); }
+    /// Repaints the picture as last drawn.
     Q_INVOKABLE void Refresh() { Picture1->Refresh(); }
 
     /// The text last drawn ("42% (3 minutes remaining)"), also what screen readers hear.
