@@ -466,6 +466,7 @@ public:
     {
         Before before = snapshot(e);
         m_textSet.reset();
+        m_tooltipSet.reset();
         QElapsedTimer clock;
         clock.start();
         execute(e);
@@ -664,8 +665,8 @@ private:
             if (!m_options.strict)
                 avoidKnown(e.name, v);
             const bool ok = m_control->setProperty(e.name.toLatin1().constData(), v);
-            if (ok && e.name == u"Text" && v.metaType() == QMetaType::fromType<QString>())
-                m_textSet = v.toString();
+            if (ok && (e.name == u"Text" || e.name == u"Caption") && v.metaType() == QMetaType::fromType<QString>())
+                m_textSet = {e.name, v.toString()};
             break;
         }
         case Event::Dispatch:
@@ -741,8 +742,10 @@ private:
         const std::vector<Variant> put = args;
         const DispatchResult r = (e.extra & 4) ? dispatchInvoke(m_control, m->dispid, kind, args)
                                                : dispatchInvoke(m_control, m->name, kind, args);
-        if (r.ok && kind == DispatchKind::PropertyPut && m->name == u"Text" && put.size() == 1 && put[0].isString())
-            m_textSet = put[0].toString();
+        if (r.ok && kind == DispatchKind::PropertyPut && (m->name == u"Text" || m->name == u"Caption") && put[0].isString())
+            m_textSet = {m->name, put[0].toString()};
+        if (r.ok && kind == DispatchKind::Method && m->name == u"TooltipSet" && !put.empty())
+            m_tooltipSet = put[0].toString();
     }
 
     void method(const Event &e)
@@ -764,6 +767,8 @@ private:
             } else if (m.parameterMetaType(0) == QMetaType::fromType<QString>()) {
                 const QString s = e.args[0].toString();
                 m.invoke(m_control, Qt::DirectConnection, ret, Q_ARG(QString, s));
+                if (e.name == u"TooltipSet")
+                    m_tooltipSet = s;
             }
             return;
         }
@@ -815,6 +820,8 @@ private:
         fresh->setGeometry(m_control->geometry());
         if (!m_options.strict)
             fresh->show();
+        fresh->setWidth(m_control->Width());
+        fresh->setHeight(m_control->Height());
         fresh->ReadProperties(first);
         MemoryPropertyBag second;
         fresh->WriteProperties(second);
@@ -902,8 +909,27 @@ private:
                                                    .arg(max).arg(raw.size()).arg(escaped(raw)));
         }
 
-        if (m_textSet && hasProperty(c, "TextRaw") && raw != *m_textSet)
-            return failed(u"textBack"_qs, QStringLiteral("Text set to %1 reads back %2").arg(escaped(*m_textSet), escaped(raw)));
+        if (m_textSet && sameControl) {
+            const auto &[name, text] = *m_textSet;
+            const bool caption = name == u"Caption";
+            if (caption || hasProperty(c, "TextRaw")) {
+                const QString back = caption ? c->property("Caption").toString() : raw;
+                if (back != text)
+                    return failed(u"textBack"_qs, QStringLiteral("%1 set to %2 reads back %3").arg(name, escaped(text), escaped(back)));
+            }
+        }
+        if (m_tooltipSet && sameControl) {
+            if (m_control->ExtenderToolTipText() != *m_tooltipSet)
+                return failed(u"tooltip"_qs, QStringLiteral("TooltipSet(%1) left the extender's tip %2")
+                                                 .arg(escaped(*m_tooltipSet), escaped(m_control->ExtenderToolTipText())));
+            for (const char16_t *name : {u"Text1(0)", u"Text1(1)", u"Combo1", u"Check1", u"Picture1"})
+                if (const Child *field = m_control->findChild<Child *>(QString::fromUtf16(name)); field && field->ToolTipText() != *m_tooltipSet)
+                    return failed(u"tooltip"_qs, QStringLiteral("TooltipSet(%1) left %2's tip %3")
+                                                     .arg(escaped(*m_tooltipSet), field->objectName(), escaped(field->ToolTipText())));
+        }
+        if (m_options.extraCheck)
+            if (const QString message = m_options.extraCheck(c); !message.isEmpty())
+                return failed(u"extra"_qs, message);
 
         if (hasProperty(c, "ListCount")) {
             const int n = c->property("ListCount").toInt();
@@ -965,7 +991,8 @@ private:
     QLineEdit *m_other = nullptr;
     UserControl *m_control = nullptr;
     RecordingServices *m_services = nullptr;
-    std::optional<QString> m_textSet;
+    std::optional<std::pair<QString, QString>> m_textSet;
+    std::optional<QString> m_tooltipSet;
     QString m_bagError;
 };
 

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <functional>
 #include <vector>
 
 namespace kel::randomuse {
@@ -17,6 +18,8 @@ struct Options {
     // An event taking longer than this fails as "slow"; the watchdog aborts after hangSeconds.
     int slowMs = 10000;
     int hangSeconds = 120;
+    // One more invariant, checked after every event: a message when it fails.
+    std::function<QString(QObject *control)> extraCheck;
 };
 
 struct Event {

@@ -31,6 +31,20 @@ private slots:
         QVERIFY(text(7) != text(8));
     }
 
+    // A planted fault: the shrunk list must be short and still fail.
+    void shrinkKeepsTheCause()
+    {
+        randomuse::Options o;
+        o.extraCheck = [](QObject *c) { return c->property("TextRaw").toString().contains(u'q') ? u"a q"_qs : QString(); };
+        const QString cls = u"KelText"_qs;
+        const auto events = randomuse::generate(cls, 5, 2000, o);
+        const randomuse::Failure f = randomuse::run(cls, events, o);
+        QCOMPARE(f.check, u"extra"_qs);
+        const auto shrunk = randomuse::shrink(cls, events, f, o, 60);
+        QVERIFY2(shrunk.size() <= 3, qPrintable(randomuse::report(cls, 5, f, shrunk)));
+        QCOMPARE(randomuse::run(cls, shrunk, o).check, u"extra"_qs);
+    }
+
     void controls_data()
     {
         QTest::addColumn<QString>("className");
