@@ -71,19 +71,20 @@ void writePosition()
 class Rng
 {
 public:
-    explicit Rng(quint64 seed) : m_state(seed * 0x9E3779B97F4A7C15ull + 0x632BE59BD9B4E019ull) {}
-    quint64 next()
-    {
-        quint64 z = (m_state += 0x9E3779B97F4A7C15ull);
-        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
-        z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
-        return z ^ (z >> 31);
-    }
+    // Mixed, so that neighbouring seeds do not give the same stream shifted by one.
+    explicit Rng(quint64 seed) : m_state(mix(seed ^ 0x632BE59BD9B4E019ull)) {}
+    quint64 next() { return mix(m_state += 0x9E3779B97F4A7C15ull); }
     int below(int n) { return n <= 0 ? 0 : int(next() % quint64(n)); }
     bool chance(int percent) { return below(100) < percent; }
     template<class C> const auto &pick(const C &c) { return c[below(int(c.size()))]; }
 
 private:
+    static quint64 mix(quint64 z)
+    {
+        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
+        z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
+        return z ^ (z >> 31);
+    }
     quint64 m_state;
 };
 
@@ -213,6 +214,16 @@ QVariant randomQVariant(Rng &rng, bool strict)
 }
 
 // A value of the property's own type most of the time, anything at all otherwise.
+// A disabled or locked field takes no typing: keep it usable most of the time.
+bool usuallyUsable(Rng &rng, const QString &property, bool value)
+{
+    if (property == u"Enabled")
+        return rng.chance(85);
+    if (property == u"Locked")
+        return rng.chance(20);
+    return value;
+}
+
 QVariant valueFor(Rng &rng, QMetaType type, bool strict)
 {
     if (rng.chance(35))
@@ -279,6 +290,7 @@ struct ClassInfo {
     struct Prop { QString name; QMetaType type; bool writable; };
     std::vector<Prop> properties;          // the control's own (not QWidget's)
     QStringList children;                  // object names of its child widgets, and "" for itself
+    QStringList focusable;                 // those of them that take the focus
     std::vector<const typemodel::Member *> members;
     QStringList methods;                   // of Valid, Refresh, TooltipSet: those it has
 };
@@ -302,8 +314,13 @@ const ClassInfo &classInfo(const QString &className)
         }
         info.children << QString();
         for (const QString &c : childNames)
-            if (o->findChild<QWidget *>(c))
+            if (QWidget *w = o->findChild<QWidget *>(c)) {
                 info.children << c;
+                if (w->focusPolicy() != Qt::NoFocus)
+                    info.focusable << c;
+            }
+        if (info.focusable.isEmpty())
+            info.focusable << QString();
         if (const typemodel::ClassInfo *cls = typemodel::findClass(className))
             for (const typemodel::Member &m : cls->members)
                 info.members.push_back(&m);
@@ -453,6 +470,8 @@ public:
         m_window.show();
         m_window.activateWindow();
         QApplication::setActiveWindow(&m_window);
+        if (QWidget *first = m_window.nextInFocusChain(); first && first != &m_window) // the form opens with the focus in its first field
+            first->setFocus(Qt::TabFocusReason);
         QApplication::processEvents();
     }
 
@@ -472,7 +491,9 @@ public:
         execute(e);
         settle();
         if (qEnvironmentVariableIsSet("KEL_RANDOMUSE_PROFILE"))
-            std::fprintf(stderr, "%lld ms %s\n", static_cast<long long>(clock.elapsed()), qPrintable(e.describe().left(100)));
+            std::fprintf(stderr, "%lld ms, focus %s: %s\n", static_cast<long long>(clock.elapsed()),
+                         QApplication::focusWidget() ? qPrintable(QApplication::focusWidget()->objectName()) : "none",
+                         qPrintable(e.describe().left(100)));
         if (clock.elapsed() > m_options.slowMs)
             return fail(index, u"slow"_qs, QStringLiteral("the event took %1 ms").arg(clock.elapsed()));
         QString check, message;
@@ -627,6 +648,14 @@ private:
         const qint64 started = nowMs();
         g_busySince = started;
         switch (e.kind) {
+        case Event::Key: case Event::Type: case Event::Paste:
+            if (e.refocus && !(QApplication::focusWidget() && m_control->isAncestorOf(QApplication::focusWidget())))
+                focusField();
+            break;
+        default:
+            break;
+        }
+        switch (e.kind) {
         case Event::Key:
             sendKey({e.key, e.mods, e.text});
             break;
@@ -658,6 +687,11 @@ private:
             QWidget &w = e.kind == Event::SwitchWindow ? m_second : m_window;
             w.activateWindow();
             QApplication::setActiveWindow(&w);
+            if (e.kind == Event::SwitchWindow && e.extra) { // away and straight back, as Alt+Tab twice
+                QApplication::processEvents();
+                m_window.activateWindow();
+                QApplication::setActiveWindow(&m_window);
+            }
             break;
         }
         case Event::SetProperty: {
@@ -690,6 +724,21 @@ private:
         g_busySince = 0;
     }
 
+    void focusField()
+    {
+        if (QApplication::activeWindow() != &m_window) {
+            m_window.activateWindow();
+            QApplication::setActiveWindow(&m_window);
+        }
+        for (const char16_t *name : {u"Text1(0)", u"Text1(1)", u"Combo1", u"Check1"}) {
+            QWidget *w = child(QString::fromUtf16(name));
+            if (w && w->isEnabled()) {
+                w->setFocus(Qt::MouseFocusReason);
+                return;
+            }
+        }
+    }
+
     void click(const Event &e, QWidget *w)
     {
         const QPoint p = at(w, e.key, e.mods);
@@ -701,6 +750,7 @@ private:
             QTest::mouseClick(w, Qt::LeftButton, {}, p);
             return;
         }
+        const bool wasActive = QApplication::activeWindow() == &m_window;
         QTest::mouseClick(w, Qt::RightButton, {}, p);
         // The context menu a real right click opens; a modal one must not block the run.
         QTimer guard;
@@ -722,6 +772,11 @@ private:
             if (choice > 0)
                 actions[choice - 1]->trigger();
             menu->close();
+        }
+        // A closed popup gives the activation back to its window; offscreen it does not.
+        if (wasActive && QApplication::activeWindow() != &m_window) {
+            m_window.activateWindow();
+            QApplication::setActiveWindow(&m_window);
         }
     }
 
@@ -1016,6 +1071,11 @@ extern "C" void onFatalSignal(int sig)
 
 QString Event::describe() const
 {
+    if (refocus) {
+        Event plain = *this;
+        plain.refocus = false;
+        return u"into the field, "_qs + plain.describe();
+    }
     switch (kind) {
     case Key: return QStringLiteral("key %1 text %2").arg(QKeySequence(key | mods).toString(), escaped(text));
     case Type: return u"type "_qs + escaped(text);
@@ -1027,7 +1087,7 @@ QString Event::describe() const
     }
     case FocusField: return QStringLiteral("focus %1 (reason %2)").arg(name.isEmpty() ? u"the control"_qs : name).arg(mods);
     case FocusOther: return u"focus the neighbour field"_qs;
-    case SwitchWindow: return u"activate the second window"_qs;
+    case SwitchWindow: return extra ? u"activate the second window and the form again"_qs : u"activate the second window"_qs;
     case SwitchBack: return u"activate the form again"_qs;
     case SetProperty: return QStringLiteral("setProperty(\"%1\", %2)").arg(name, ::kel::randomuse::describe(value));
     case Dispatch: {
@@ -1093,16 +1153,19 @@ std::vector<Event> generate(const QString &className, quint64 seed, int count, c
             e.mods = rng.below(1000);
             e.extra = rng.below(16);
         } else if (r < 53) {
-            e.kind = rng.chance(60) ? Event::FocusField : Event::FocusOther;
-            e.name = rng.pick(info.children);
+            e.kind = rng.chance(75) ? Event::FocusField : Event::FocusOther;
+            e.name = rng.pick(info.focusable);
             e.mods = reasons[rng.below(4)];
         } else if (r < 55) {
-            e.kind = rng.chance(50) ? Event::SwitchWindow : Event::SwitchBack;
+            e.kind = rng.chance(60) ? Event::SwitchWindow : Event::SwitchBack;
+            e.extra = rng.chance(70);
         } else if (r < 72 && !info.properties.empty()) {
             e.kind = Event::SetProperty;
             const ClassInfo::Prop &p = rng.pick(info.properties);
             e.name = p.name;
             e.value = valueFor(rng, p.type, strict);
+            if (e.value.metaType() == QMetaType::fromType<bool>())
+                e.value = usuallyUsable(rng, e.name, e.value.toBool());
         } else if (r < 84 && !info.members.empty()) {
             e.kind = Event::Dispatch;
             const typemodel::Member *m = rng.pick(info.members);
@@ -1114,6 +1177,8 @@ std::vector<Event> generate(const QString &className, quint64 seed, int count, c
             e.extra = int(kind) | (rng.chance(50) ? 4 : 0);
             if (kind == DispatchKind::PropertyPut) {
                 e.args.push_back(variantFor(rng, m->type, strict));
+                if (const bool *b = e.args.back().get<bool>())
+                    e.args.back() = usuallyUsable(rng, e.name, *b);
             } else {
                 for (const typemodel::Argument &a : m->args)
                     if (!a.optional || rng.chance(70))
@@ -1137,6 +1202,8 @@ std::vector<Event> generate(const QString &className, quint64 seed, int count, c
             e.key = e.extra == 2 ? rng.below(600) : rng.chance(70) ? twips[rng.below(int(std::size(twips)))] : rng.below(6000);
             e.mods = rng.below(60);
         }
+        if (e.kind == Event::Key || e.kind == Event::Type || e.kind == Event::Paste)
+            e.refocus = rng.chance(50);
         events.push_back(std::move(e));
     }
     return events;

@@ -35,6 +35,7 @@ struct Event {
     QString text;                // typed or pasted text, key text
     QVariant value;              // setProperty value
     std::vector<Variant> args;   // dispatch or method arguments
+    bool refocus = false;        // typing: first put the focus back into the field, as a user would
     QString describe() const;
 };
 
