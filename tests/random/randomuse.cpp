@@ -486,6 +486,7 @@ public:
         Before before = snapshot(e);
         m_textSet.reset();
         m_tooltipSet.reset();
+        m_undone = e.kind == Event::Key && e.mods & Qt::ControlModifier && (e.key == Qt::Key_Z || e.key == Qt::Key_Y);
         QElapsedTimer clock;
         clock.start();
         execute(e);
@@ -597,9 +598,18 @@ private:
             b.min = number(m_control->property("MinValue"));
             b.max = number(m_control->property("MaxValue"));
             b.stepCheck = b.min <= b.value && b.value <= b.max && std::isfinite(b.step)
-                          && (m_options.strict || (std::fabs(b.min) < 1e300 && std::fabs(b.max) < 1e300 && std::fabs(b.step) < 1e280));
+                          && (m_options.strict || (std::fabs(b.min) < 1e300 && std::fabs(b.max) < 1e300 && std::fabs(b.step) < 1e280
+                                                   && fitsDecimals(b.value) && fitsDecimals(b.min) && fitsDecimals(b.max)));
         }
         return b;
+    }
+
+    // False for a bound (or a value clamped to it) finer than Decimals: see sameBag.
+    bool fitsDecimals(double v) const
+    {
+        const int set = m_control->property("Decimals").toInt();
+        const double scale = std::pow(10.0, set >= 0 ? set : librarySettings().DefaultDecimals);
+        return std::fabs(v) > 1e15 || std::fabs(v * scale - std::nearbyint(v * scale)) < 1e-6;
     }
 
     static double number(const QVariant &v, bool *ok = nullptr)
@@ -769,8 +779,11 @@ private:
                 if (a->isEnabled() && !a->isSeparator() && !a->menu())
                     actions << a;
             const int choice = e.extra % int(actions.size() + 1);
-            if (choice > 0)
+            if (choice > 0) {
+                const QString action = actions[choice - 1]->objectName();
+                m_undone = action == u"edit-undo" || action == u"edit-redo";
                 actions[choice - 1]->trigger();
+            }
             menu->close();
         }
         // A closed popup gives the activation back to its window; offscreen it does not.
@@ -853,7 +866,8 @@ private:
             const auto &x = a.entries()[i], &y = b.entries()[i];
             if (x == y)
                 continue;
-            const bool bound = x.first == y.first && (x.first == u"MinValue" || x.first == u"MaxValue");
+            // A value clamped to such a bound has its decimals too.
+            const bool bound = x.first == y.first && (x.first == u"MinValue" || x.first == u"MaxValue" || x.first == u"Value");
             if (!bound || std::fabs(x.second.toDouble() - y.second.toDouble()) > 0.5000001 * std::pow(10.0, -decimals))
                 return false;
         }
@@ -957,7 +971,8 @@ private:
             }
         }
 
-        if (hasProperty(c, "MaxLength") && sameControl && isTyping(e)) {
+        // Undo may bring back a longer text that code had set.
+        if (hasProperty(c, "MaxLength") && sameControl && isTyping(e) && !m_undone) {
             const int max = c->property("MaxLength").toInt();
             if (max > 0 && raw.size() > qMax(b.rawLength, qsizetype(max)))
                 return failed(u"maxLength"_qs, QStringLiteral("MaxLength %1 but typing made %2 characters: %3")
@@ -1048,6 +1063,7 @@ private:
     RecordingServices *m_services = nullptr;
     std::optional<std::pair<QString, QString>> m_textSet;
     std::optional<QString> m_tooltipSet;
+    bool m_undone = false;
     QString m_bagError;
 };
 
