@@ -71,19 +71,20 @@ void writePosition()
 class Rng
 {
 public:
-    explicit Rng(quint64 seed) : m_state(seed * 0x9E3779B97F4A7C15ull + 0x632BE59BD9B4E019ull) {}
-    quint64 next()
-    {
-        quint64 z = (m_state += 0x9E3779B97F4A7C15ull);
-        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
-        z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
-        return z ^ (z >> 31);
-    }
+    // Mixed, so that neighbouring seeds do not give the same stream shifted by one.
+    explicit Rng(quint64 seed) : m_state(mix(seed ^ 0x632BE59BD9B4E019ull)) {}
+    quint64 next() { return mix(m_state += 0x9E3779B97F4A7C15ull); }
     int below(int n) { return n <= 0 ? 0 : int(next() % quint64(n)); }
     bool chance(int percent) { return below(100) < percent; }
     template<class C> const auto &pick(const C &c) { return c[below(int(c.size()))]; }
 
 private:
+    static quint64 mix(quint64 z)
+    {
+        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
+        z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
+        return z ^ (z >> 31);
+    }
     quint64 m_state;
 };
 
@@ -213,6 +214,16 @@ QVariant randomQVariant(Rng &rng, bool strict)
 }
 
 // A value of the property's own type most of the time, anything at all otherwise.
+// A disabled or locked field takes no typing: keep it usable most of the time.
+bool usuallyUsable(Rng &rng, const QString &property, bool value)
+{
+    if (property == u"Enabled")
+        return rng.chance(85);
+    if (property == u"Locked")
+        return rng.chance(20);
+    return value;
+}
+
 QVariant valueFor(Rng &rng, QMetaType type, bool strict)
 {
     if (rng.chance(35))
@@ -279,6 +290,7 @@ struct ClassInfo {
     struct Prop { QString name; QMetaType type; bool writable; };
     std::vector<Prop> properties;          // the control's own (not QWidget's)
     QStringList children;                  // object names of its child widgets, and "" for itself
+    QStringList focusable;                 // those of them that take the focus
     std::vector<const typemodel::Member *> members;
     QStringList methods;                   // of Valid, Refresh, TooltipSet: those it has
 };
@@ -302,8 +314,13 @@ const ClassInfo &classInfo(const QString &className)
         }
         info.children << QString();
         for (const QString &c : childNames)
-            if (o->findChild<QWidget *>(c))
+            if (QWidget *w = o->findChild<QWidget *>(c)) {
                 info.children << c;
+                if (w->focusPolicy() != Qt::NoFocus)
+                    info.focusable << c;
+            }
+        if (info.focusable.isEmpty())
+            info.focusable << QString();
         if (const typemodel::ClassInfo *cls = typemodel::findClass(className))
             for (const typemodel::Member &m : cls->members)
                 info.members.push_back(&m);
@@ -453,6 +470,8 @@ public:
         m_window.show();
         m_window.activateWindow();
         QApplication::setActiveWindow(&m_window);
+        if (QWidget *first = m_window.nextInFocusChain(); first && first != &m_window) // the form opens with the focus in its first field
+            first->setFocus(Qt::TabFocusReason);
         QApplication::processEvents();
     }
 
@@ -466,12 +485,16 @@ public:
     {
         Before before = snapshot(e);
         m_textSet.reset();
+        m_tooltipSet.reset();
+        m_undone = e.kind == Event::Key && e.mods & Qt::ControlModifier && (e.key == Qt::Key_Z || e.key == Qt::Key_Y);
         QElapsedTimer clock;
         clock.start();
         execute(e);
         settle();
         if (qEnvironmentVariableIsSet("KEL_RANDOMUSE_PROFILE"))
-            std::fprintf(stderr, "%lld ms %s\n", static_cast<long long>(clock.elapsed()), qPrintable(e.describe().left(100)));
+            std::fprintf(stderr, "%lld ms, focus %s: %s\n", static_cast<long long>(clock.elapsed()),
+                         QApplication::focusWidget() ? qPrintable(QApplication::focusWidget()->objectName()) : "none",
+                         qPrintable(e.describe().left(100)));
         if (clock.elapsed() > m_options.slowMs)
             return fail(index, u"slow"_qs, QStringLiteral("the event took %1 ms").arg(clock.elapsed()));
         QString check, message;
@@ -575,9 +598,18 @@ private:
             b.min = number(m_control->property("MinValue"));
             b.max = number(m_control->property("MaxValue"));
             b.stepCheck = b.min <= b.value && b.value <= b.max && std::isfinite(b.step)
-                          && (m_options.strict || (std::fabs(b.min) < 1e300 && std::fabs(b.max) < 1e300 && std::fabs(b.step) < 1e280));
+                          && (m_options.strict || (std::fabs(b.min) < 1e300 && std::fabs(b.max) < 1e300 && std::fabs(b.step) < 1e280
+                                                   && fitsDecimals(b.value) && fitsDecimals(b.min) && fitsDecimals(b.max)));
         }
         return b;
+    }
+
+    // False for a bound (or a value clamped to it) finer than Decimals: see sameBag.
+    bool fitsDecimals(double v) const
+    {
+        const int set = m_control->property("Decimals").toInt();
+        const double scale = std::pow(10.0, set >= 0 ? set : librarySettings().DefaultDecimals);
+        return std::fabs(v) > 1e15 || std::fabs(v * scale - std::nearbyint(v * scale)) < 1e-6;
     }
 
     static double number(const QVariant &v, bool *ok = nullptr)
@@ -626,6 +658,14 @@ private:
         const qint64 started = nowMs();
         g_busySince = started;
         switch (e.kind) {
+        case Event::Key: case Event::Type: case Event::Paste:
+            if (e.refocus && !(QApplication::focusWidget() && m_control->isAncestorOf(QApplication::focusWidget())))
+                focusField();
+            break;
+        default:
+            break;
+        }
+        switch (e.kind) {
         case Event::Key:
             sendKey({e.key, e.mods, e.text});
             break;
@@ -657,6 +697,11 @@ private:
             QWidget &w = e.kind == Event::SwitchWindow ? m_second : m_window;
             w.activateWindow();
             QApplication::setActiveWindow(&w);
+            if (e.kind == Event::SwitchWindow && e.extra) { // away and straight back, as Alt+Tab twice
+                QApplication::processEvents();
+                m_window.activateWindow();
+                QApplication::setActiveWindow(&m_window);
+            }
             break;
         }
         case Event::SetProperty: {
@@ -664,8 +709,8 @@ private:
             if (!m_options.strict)
                 avoidKnown(e.name, v);
             const bool ok = m_control->setProperty(e.name.toLatin1().constData(), v);
-            if (ok && e.name == u"Text" && v.metaType() == QMetaType::fromType<QString>())
-                m_textSet = v.toString();
+            if (ok && (e.name == u"Text" || e.name == u"Caption") && v.metaType() == QMetaType::fromType<QString>())
+                m_textSet = {e.name, v.toString()};
             break;
         }
         case Event::Dispatch:
@@ -689,6 +734,21 @@ private:
         g_busySince = 0;
     }
 
+    void focusField()
+    {
+        if (QApplication::activeWindow() != &m_window) {
+            m_window.activateWindow();
+            QApplication::setActiveWindow(&m_window);
+        }
+        for (const char16_t *name : {u"Text1(0)", u"Text1(1)", u"Combo1", u"Check1"}) {
+            QWidget *w = child(QString::fromUtf16(name));
+            if (w && w->isEnabled()) {
+                w->setFocus(Qt::MouseFocusReason);
+                return;
+            }
+        }
+    }
+
     void click(const Event &e, QWidget *w)
     {
         const QPoint p = at(w, e.key, e.mods);
@@ -700,6 +760,7 @@ private:
             QTest::mouseClick(w, Qt::LeftButton, {}, p);
             return;
         }
+        const bool wasActive = QApplication::activeWindow() == &m_window;
         QTest::mouseClick(w, Qt::RightButton, {}, p);
         // The context menu a real right click opens; a modal one must not block the run.
         QTimer guard;
@@ -718,9 +779,17 @@ private:
                 if (a->isEnabled() && !a->isSeparator() && !a->menu())
                     actions << a;
             const int choice = e.extra % int(actions.size() + 1);
-            if (choice > 0)
+            if (choice > 0) {
+                const QString action = actions[choice - 1]->objectName();
+                m_undone = action == u"edit-undo" || action == u"edit-redo";
                 actions[choice - 1]->trigger();
+            }
             menu->close();
+        }
+        // A closed popup gives the activation back to its window; offscreen it does not.
+        if (wasActive && QApplication::activeWindow() != &m_window) {
+            m_window.activateWindow();
+            QApplication::setActiveWindow(&m_window);
         }
     }
 
@@ -741,8 +810,10 @@ private:
         const std::vector<Variant> put = args;
         const DispatchResult r = (e.extra & 4) ? dispatchInvoke(m_control, m->dispid, kind, args)
                                                : dispatchInvoke(m_control, m->name, kind, args);
-        if (r.ok && kind == DispatchKind::PropertyPut && m->name == u"Text" && put.size() == 1 && put[0].isString())
-            m_textSet = put[0].toString();
+        if (r.ok && kind == DispatchKind::PropertyPut && (m->name == u"Text" || m->name == u"Caption") && put[0].isString())
+            m_textSet = {m->name, put[0].toString()};
+        if (r.ok && kind == DispatchKind::Method && m->name == u"TooltipSet" && !put.empty())
+            m_tooltipSet = put[0].toString();
     }
 
     void method(const Event &e)
@@ -764,6 +835,8 @@ private:
             } else if (m.parameterMetaType(0) == QMetaType::fromType<QString>()) {
                 const QString s = e.args[0].toString();
                 m.invoke(m_control, Qt::DirectConnection, ret, Q_ARG(QString, s));
+                if (e.name == u"TooltipSet")
+                    m_tooltipSet = s;
             }
             return;
         }
@@ -781,20 +854,29 @@ private:
 
     // Bounds set before Decimals keep their finer rounding and are rounded again on load: a
     // new finding, left out of the short pass until it is settled.
-    bool sameBag(const MemoryPropertyBag &a, const MemoryPropertyBag &b) const
+    bool sameBag(const MemoryPropertyBag &a, const MemoryPropertyBag &b, bool captionOverhangs) const
     {
         if (a.entries() == b.entries())
             return true;
-        if (m_options.strict || a.entries().size() != b.entries().size())
+        if (m_options.strict)
             return false;
         const qint16 set = a.value(u"Decimals"_qs).toInt16();
         const int decimals = a.contains(u"Decimals"_qs) && set >= 0 ? set : librarySettings().DefaultDecimals;
-        for (qsizetype i = 0; i < a.entries().size(); ++i) {
-            const auto &x = a.entries()[i], &y = b.entries()[i];
+        QStringList names;
+        for (const auto *bag : {&a, &b})
+            for (const auto &entry : bag->entries())
+                if (!names.contains(entry.first))
+                    names << entry.first;
+        for (const QString &name : names) {
+            const Variant x = a.value(name), y = b.value(name);
             if (x == y)
                 continue;
-            const bool bound = x.first == y.first && (x.first == u"MinValue" || x.first == u"MaxValue");
-            if (!bound || std::fabs(x.second.toDouble() - y.second.toDouble()) > 0.5000001 * std::pow(10.0, -decimals))
+            // A value clamped to such a bound has its decimals too; one rounded to 0 is not written.
+            const bool rounded = (name == u"MinValue" || name == u"MaxValue" || name == u"Value")
+                                 && std::fabs(x.toDouble() - y.toDouble()) <= 0.5000001 * std::pow(10.0, -decimals);
+            // A twips size that was not laid out (being fixed) leaves the caption wider than the control.
+            const bool overhang = name == u"CaptionWidth" && captionOverhangs;
+            if (!rounded && !overhang)
                 return false;
         }
         return true;
@@ -815,10 +897,12 @@ private:
         fresh->setGeometry(m_control->geometry());
         if (!m_options.strict)
             fresh->show();
+        fresh->setWidth(m_control->Width());
+        fresh->setHeight(m_control->Height());
         fresh->ReadProperties(first);
         MemoryPropertyBag second;
         fresh->WriteProperties(second);
-        if (!sameBag(first, second))
+        if (!sameBag(first, second, m_control->property("CaptionWidth").toDouble() > m_control->Width()))
             m_bagError = u"saved: "_qs + bagText(first) + u"\nloaded and saved again: "_qs + bagText(second);
         if (!replace) {
             delete fresh;
@@ -895,15 +979,35 @@ private:
             }
         }
 
-        if (hasProperty(c, "MaxLength") && sameControl && isTyping(e)) {
+        // Undo may bring back a longer text that code had set.
+        if (hasProperty(c, "MaxLength") && sameControl && isTyping(e) && !m_undone) {
             const int max = c->property("MaxLength").toInt();
             if (max > 0 && raw.size() > qMax(b.rawLength, qsizetype(max)))
                 return failed(u"maxLength"_qs, QStringLiteral("MaxLength %1 but typing made %2 characters: %3")
                                                    .arg(max).arg(raw.size()).arg(escaped(raw)));
         }
 
-        if (m_textSet && hasProperty(c, "TextRaw") && raw != *m_textSet)
-            return failed(u"textBack"_qs, QStringLiteral("Text set to %1 reads back %2").arg(escaped(*m_textSet), escaped(raw)));
+        if (m_textSet && sameControl) {
+            const auto &[name, text] = *m_textSet;
+            const bool caption = name == u"Caption";
+            if (caption || hasProperty(c, "TextRaw")) {
+                const QString back = caption ? c->property("Caption").toString() : raw;
+                if (back != text)
+                    return failed(u"textBack"_qs, QStringLiteral("%1 set to %2 reads back %3").arg(name, escaped(text), escaped(back)));
+            }
+        }
+        if (m_tooltipSet && sameControl) {
+            if (m_control->ExtenderToolTipText() != *m_tooltipSet)
+                return failed(u"tooltip"_qs, QStringLiteral("TooltipSet(%1) left the extender's tip %2")
+                                                 .arg(escaped(*m_tooltipSet), escaped(m_control->ExtenderToolTipText())));
+            for (const char16_t *name : {u"Text1(0)", u"Text1(1)", u"Combo1", u"Check1", u"Picture1"})
+                if (const Child *field = m_control->findChild<Child *>(QString::fromUtf16(name)); field && field->ToolTipText() != *m_tooltipSet)
+                    return failed(u"tooltip"_qs, QStringLiteral("TooltipSet(%1) left %2's tip %3")
+                                                     .arg(escaped(*m_tooltipSet), field->objectName(), escaped(field->ToolTipText())));
+        }
+        if (m_options.extraCheck)
+            if (const QString message = m_options.extraCheck(c); !message.isEmpty())
+                return failed(u"extra"_qs, message);
 
         if (hasProperty(c, "ListCount")) {
             const int n = c->property("ListCount").toInt();
@@ -965,7 +1069,9 @@ private:
     QLineEdit *m_other = nullptr;
     UserControl *m_control = nullptr;
     RecordingServices *m_services = nullptr;
-    std::optional<QString> m_textSet;
+    std::optional<std::pair<QString, QString>> m_textSet;
+    std::optional<QString> m_tooltipSet;
+    bool m_undone = false;
     QString m_bagError;
 };
 
@@ -989,6 +1095,11 @@ extern "C" void onFatalSignal(int sig)
 
 QString Event::describe() const
 {
+    if (refocus) {
+        Event plain = *this;
+        plain.refocus = false;
+        return u"into the field, "_qs + plain.describe();
+    }
     switch (kind) {
     case Key: return QStringLiteral("key %1 text %2").arg(QKeySequence(key | mods).toString(), escaped(text));
     case Type: return u"type "_qs + escaped(text);
@@ -1000,7 +1111,7 @@ QString Event::describe() const
     }
     case FocusField: return QStringLiteral("focus %1 (reason %2)").arg(name.isEmpty() ? u"the control"_qs : name).arg(mods);
     case FocusOther: return u"focus the neighbour field"_qs;
-    case SwitchWindow: return u"activate the second window"_qs;
+    case SwitchWindow: return extra ? u"activate the second window and the form again"_qs : u"activate the second window"_qs;
     case SwitchBack: return u"activate the form again"_qs;
     case SetProperty: return QStringLiteral("setProperty(\"%1\", %2)").arg(name, ::kel::randomuse::describe(value));
     case Dispatch: {
@@ -1066,16 +1177,19 @@ std::vector<Event> generate(const QString &className, quint64 seed, int count, c
             e.mods = rng.below(1000);
             e.extra = rng.below(16);
         } else if (r < 53) {
-            e.kind = rng.chance(60) ? Event::FocusField : Event::FocusOther;
-            e.name = rng.pick(info.children);
+            e.kind = rng.chance(75) ? Event::FocusField : Event::FocusOther;
+            e.name = rng.pick(info.focusable);
             e.mods = reasons[rng.below(4)];
         } else if (r < 55) {
-            e.kind = rng.chance(50) ? Event::SwitchWindow : Event::SwitchBack;
+            e.kind = rng.chance(60) ? Event::SwitchWindow : Event::SwitchBack;
+            e.extra = rng.chance(70);
         } else if (r < 72 && !info.properties.empty()) {
             e.kind = Event::SetProperty;
             const ClassInfo::Prop &p = rng.pick(info.properties);
             e.name = p.name;
             e.value = valueFor(rng, p.type, strict);
+            if (e.value.metaType() == QMetaType::fromType<bool>())
+                e.value = usuallyUsable(rng, e.name, e.value.toBool());
         } else if (r < 84 && !info.members.empty()) {
             e.kind = Event::Dispatch;
             const typemodel::Member *m = rng.pick(info.members);
@@ -1087,6 +1201,8 @@ std::vector<Event> generate(const QString &className, quint64 seed, int count, c
             e.extra = int(kind) | (rng.chance(50) ? 4 : 0);
             if (kind == DispatchKind::PropertyPut) {
                 e.args.push_back(variantFor(rng, m->type, strict));
+                if (const bool *b = e.args.back().get<bool>())
+                    e.args.back() = usuallyUsable(rng, e.name, *b);
             } else {
                 for (const typemodel::Argument &a : m->args)
                     if (!a.optional || rng.chance(70))
@@ -1110,6 +1226,8 @@ std::vector<Event> generate(const QString &className, quint64 seed, int count, c
             e.key = e.extra == 2 ? rng.below(600) : rng.chance(70) ? twips[rng.below(int(std::size(twips)))] : rng.below(6000);
             e.mods = rng.below(60);
         }
+        if (e.kind == Event::Key || e.kind == Event::Type || e.kind == Event::Paste)
+            e.refocus = rng.chance(50);
         events.push_back(std::move(e));
     }
     return events;

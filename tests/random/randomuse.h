@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <functional>
 #include <vector>
 
 namespace kel::randomuse {
@@ -17,6 +18,8 @@ struct Options {
     // An event taking longer than this fails as "slow"; the watchdog aborts after hangSeconds.
     int slowMs = 10000;
     int hangSeconds = 120;
+    // One more invariant, checked after every event: a message when it fails.
+    std::function<QString(QObject *control)> extraCheck;
 };
 
 struct Event {
@@ -32,6 +35,7 @@ struct Event {
     QString text;                // typed or pasted text, key text
     QVariant value;              // setProperty value
     std::vector<Variant> args;   // dispatch or method arguments
+    bool refocus = false;        // typing: first put the focus back into the field, as a user would
     QString describe() const;
 };
 

@@ -29,6 +29,26 @@ private slots:
         };
         QCOMPARE(text(7), text(7));
         QVERIFY(text(7) != text(8));
+        QVERIFY(text(7).mid(1) != text(8).first(299)); // not one stream shifted
+    }
+
+    // A planted fault: the shrunk list must be short and still fail.
+    void shrinkKeepsTheCause()
+    {
+        randomuse::Options o;
+        o.extraCheck = [](QObject *c) { return c->property("TextRaw").toString().contains(u'q') ? u"a q"_qs : QString(); };
+        const QString cls = u"KelText"_qs;
+        quint64 seed = 1;
+        std::vector<randomuse::Event> events;
+        randomuse::Failure f;
+        for (; seed <= 20 && !f.failed(); ++seed) {
+            events = randomuse::generate(cls, seed, 2000, o);
+            f = randomuse::run(cls, events, o);
+        }
+        QCOMPARE(f.check, u"extra"_qs);
+        const auto shrunk = randomuse::shrink(cls, events, f, o, 60);
+        QVERIFY2(shrunk.size() <= 3, qPrintable(randomuse::report(cls, seed - 1, f, shrunk)));
+        QCOMPARE(randomuse::run(cls, shrunk, o).check, u"extra"_qs);
     }
 
     void controls_data()
