@@ -12,20 +12,22 @@ namespace kel {
 class KEL_EXPORT KelCombo : public FieldControl
 {
     Q_OBJECT
-    Q_PROPERTY(bool Changed READ Changed)
-    Q_PROPERTY(bool ChangedSaved READ ChangedSaved)
-    Q_PROPERTY(qint32 DropDownWidth READ DropDownWidth WRITE setDropDownWidth)
-    Q_PROPERTY(qint32 hWnd READ hWnd)
+    Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
+    Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
+    Q_PROPERTY(qint32 DropDownWidth READ DropDownWidth WRITE setDropDownWidth DESIGNABLE false)
+    // The name the width is loaded under, so that a form's property sheet carries it.
+    Q_PROPERTY(qint32 DropdownWidth READ DropDownWidth WRITE setDropDownWidth)
+    Q_PROPERTY(qint32 hWnd READ hWnd DESIGNABLE false)
     Q_PROPERTY(bool LimitToList READ LimitToList WRITE setLimitToList)
     Q_PROPERTY(QString List READ List WRITE setList)
-    Q_PROPERTY(qint32 ListCount READ ListCount)
-    Q_PROPERTY(qint16 ListIndex READ ListIndex WRITE setListIndex)
+    Q_PROPERTY(qint32 ListCount READ ListCount DESIGNABLE false)
+    Q_PROPERTY(qint16 ListIndex READ ListIndex WRITE setListIndex DESIGNABLE false)
     Q_PROPERTY(QString ListTag READ ListTag WRITE setListTag)
-    Q_PROPERTY(qint16 MaxLength READ MaxLength WRITE setMaxLength)
+    Q_PROPERTY(int MaxLength READ MaxLength WRITE setMaxLength)
     Q_PROPERTY(QString Text READ Text WRITE setText USER true)
-    Q_PROPERTY(QString TextOriginal READ TextOriginal WRITE setTextOriginal)
-    Q_PROPERTY(QString TextSaved READ TextSaved WRITE setTextSaved)
-    Q_PROPERTY(bool Valid READ Valid)
+    Q_PROPERTY(QString TextOriginal READ TextOriginal WRITE setTextOriginal DESIGNABLE false)
+    Q_PROPERTY(QString TextSaved READ TextSaved WRITE setTextSaved DESIGNABLE false)
+    Q_PROPERTY(bool Valid READ Valid DESIGNABLE false)
 
 public:
     explicit KelCombo(QWidget *parent = nullptr);
@@ -103,6 +105,8 @@ private:
     bool raiseChangeEx();
     void selectTail(int start);
     void settleText();
+    // Within the selection depth: with LimitToList on only an equal item stands, else nothing.
+    void showText(const QString &text);
     int findExact(const QString &text) const;
     void replaceItems(QStringList items);
 

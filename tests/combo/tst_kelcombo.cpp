@@ -274,6 +274,39 @@ private slots:
         QCOMPARE(c->Combo1->Text(), text);
     }
 
+    // An empty mandatory field takes the reference text back on leaving, but only as far as
+    // the limit lets a text stand: a saved form must load to the same text.
+    void hostOriginalOnLeaving_data()
+    {
+        QTest::addColumn<bool>("limit");
+        QTest::addColumn<QString>("original");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("free") << false << u"zz"_qs << u"zz"_qs;
+        QTest::newRow("no item") << true << u"zz"_qs << QString();
+        QTest::newRow("item") << true << u"Pear"_qs << u"Pear"_qs;
+    }
+    void hostOriginalOnLeaving()
+    {
+        QFETCH(bool, limit);
+        QFETCH(QString, original);
+        QFETCH(QString, text);
+        Form f;
+        QVERIFY(f.ready());
+        KelCombo *c = f.first;
+        c->setList(u"Apple,Pear"_qs);
+        c->setLimitToList(limit);
+        field(c)->setFocus(Qt::TabFocusReason);
+        c->setTextOriginal(original);
+        QTest::keyClick(field(c), Qt::Key_Left);
+        field(f.second)->setFocus(Qt::TabFocusReason);
+        QCOMPARE(c->Text(), text);
+        KelCombo loaded;
+        MemoryPropertyBag bag;
+        c->WriteProperties(bag);
+        loaded.ReadProperties(bag);
+        QCOMPARE(loaded.Text(), text);
+    }
+
     void freeTextWhileLimitOffIsEmptiedOnceOn()
     {
         KelCombo c;
