@@ -15,8 +15,7 @@ class KEL_EXPORT KelCombo : public FieldControl
     Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
     Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
     Q_PROPERTY(qint32 DropDownWidth READ DropDownWidth WRITE setDropDownWidth DESIGNABLE false)
-    // The name the width is loaded under, so that a form's property sheet carries it.
-    Q_PROPERTY(qint32 DropdownWidth READ DropDownWidth WRITE setDropDownWidth)
+    Q_PROPERTY(qint32 DropdownWidth READ DropDownWidth WRITE setDropdownWidth)
     Q_PROPERTY(qint32 hWnd READ hWnd DESIGNABLE false)
     Q_PROPERTY(bool LimitToList READ LimitToList WRITE setLimitToList)
     Q_PROPERTY(QString List READ List WRITE setList)
@@ -41,6 +40,8 @@ public:
     /// outside 1..8000 or one equal to the field's width).
     qint32 DropDownWidth() const { return m_dropDownWidth; }
     void setDropDownWidth(qint32 twips);
+    /// DropDownWidth under the name it is loaded by, which .ui files and uic code use.
+    void setDropdownWidth(qint32 twips) { setDropDownWidth(twips); }
     /// Only items can stand in the field; typing completes from the list and refuses the rest.
     bool LimitToList() const { return m_limitToList; }
     void setLimitToList(bool limit);
