@@ -814,6 +814,10 @@ private:
         // A host sizes a control before it reads its properties, and shows it afterwards; a
         // hidden control does not know its size yet (a new finding, shown first until fixed).
         fresh->setGeometry(m_control->geometry());
+        // In twips as the form saved them: pixels lose a width such as 500 twips (33.3 pixels),
+        // and a caption as wide as the control would then come back narrower.
+        fresh->setWidth(m_control->Width());
+        fresh->setHeight(m_control->Height());
         if (!m_options.strict)
             fresh->show();
         fresh->ReadProperties(first);
