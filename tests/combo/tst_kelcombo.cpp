@@ -7,6 +7,9 @@
 #include <QComboBox>
 #include <QImage>
 #include <QSignalSpy>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QTest>
 
 using namespace kel;
@@ -305,6 +308,39 @@ private slots:
         c->WriteProperties(bag);
         loaded.ReadProperties(bag);
         QCOMPARE(loaded.Text(), text);
+    }
+
+    // A paste from the field's own menu is no keystroke: it is judged against the item it
+    // leaves, not the one the field showed before.
+    void menuPaste_data()
+    {
+        QTest::addColumn<bool>("limit");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("limited") << true << QString();
+        QTest::newRow("free") << false << u"Applezz"_qs;
+    }
+    void menuPaste()
+    {
+        QFETCH(bool, limit);
+        QFETCH(QString, text);
+        Form f;
+        QVERIFY(f.ready());
+        KelCombo *c = f.first;
+        c->setList(u"Apple"_qs);
+        c->setLimitToList(limit);
+        c->setText(u"Apple"_qs);
+        field(c)->setFocus(Qt::TabFocusReason);
+        QGuiApplication::clipboard()->setText(u"zz"_qs);
+        QContextMenuEvent menuEvent(QContextMenuEvent::Mouse, QPoint(5, 5), field(c)->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(field(c), &menuEvent);
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QVERIFY(menu);
+        for (QAction *a : menu->actions())
+            if (a->text().contains(u"Paste"_qs))
+                a->trigger();
+        menu->close();
+        QCOMPARE(c->Text(), text);
+        QCOMPARE(c->TextOriginal(), limit ? text : u"Apple"_qs);
     }
 
     void freeTextWhileLimitOffIsEmptiedOnceOn()
