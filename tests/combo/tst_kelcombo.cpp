@@ -43,6 +43,16 @@ static void type(KelCombo *c, const QString &keys)
     }
 }
 
+// The form's first combo with `list`, the limit as given and the focus.
+static KelCombo *focused(Form &f, const QString &list, bool limit, Qt::FocusReason reason = Qt::TabFocusReason)
+{
+    KelCombo *c = f.first;
+    c->setList(list);
+    c->setLimitToList(limit);
+    field(c)->setFocus(reason);
+    return c;
+}
+
 class TestKelCombo : public QObject
 {
     Q_OBJECT
@@ -176,10 +186,7 @@ private slots:
         QFETCH(QString, events);
         Form f;
         QVERIFY(f.ready());
-        KelCombo *c = f.first;
-        c->setList(u"Apple,Apricot,banana"_qs);
-        c->setLimitToList(limit);
-        field(c)->setFocus(Qt::MouseFocusReason);
+        KelCombo *c = focused(f, u"Apple,Apricot,banana"_qs, limit, Qt::MouseFocusReason);
         EventLog log(c);
         type(c, keys);
         QCOMPARE(c->Combo1->Text(), text);
@@ -295,10 +302,7 @@ private slots:
         QFETCH(QString, text);
         Form f;
         QVERIFY(f.ready());
-        KelCombo *c = f.first;
-        c->setList(u"Apple,Pear"_qs);
-        c->setLimitToList(limit);
-        field(c)->setFocus(Qt::TabFocusReason);
+        KelCombo *c = focused(f, u"Apple,Pear"_qs, limit);
         c->setTextOriginal(original);
         QTest::keyClick(field(c), Qt::Key_Left);
         field(f.second)->setFocus(Qt::TabFocusReason);
@@ -325,11 +329,8 @@ private slots:
         QFETCH(QString, text);
         Form f;
         QVERIFY(f.ready());
-        KelCombo *c = f.first;
-        c->setList(u"Apple"_qs);
-        c->setLimitToList(limit);
+        KelCombo *c = focused(f, u"Apple"_qs, limit);
         c->setText(u"Apple"_qs);
-        field(c)->setFocus(Qt::TabFocusReason);
         QGuiApplication::clipboard()->setText(u"zz"_qs);
         QContextMenuEvent menuEvent(QContextMenuEvent::Mouse, QPoint(5, 5), field(c)->mapToGlobal(QPoint(5, 5)));
         QApplication::sendEvent(field(c), &menuEvent);
