@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QAccessibleValueInterface>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace kel;
@@ -198,6 +199,20 @@ private slots:
         QCOMPARE(a->text(QAccessible::Value), u"42%"_qs);
         QVERIFY(!a->text(QAccessible::Name).isEmpty());
         QCOMPARE(a->valueInterface()->currentValue().toInt(), 42);
+    }
+
+    // A bar squeezed to nothing by its form draws nowhere and comes back whole.
+    void shrunkToNothingAndBack()
+    {
+        QTest::failOnWarning(QRegularExpression(u"QPainter"_qs));
+        BarForm f;
+        QVERIFY(f.ready());
+        f.bar->setValue(50);
+        f.bar->resize(0, 0);
+        f.bar->setValue(60);
+        f.bar->resize(302, 24);
+        f.bar->setValue(100);
+        QCOMPARE(f.shownBarWidth(), 300);
     }
 
     void persistence()
