@@ -99,7 +99,6 @@ private slots:
         row("KelNumber", "Enabled", 6, -514, ReadWrite);
         row("KelNumber", "ValueSaved", 22, 0x68030000, ReadWriteByRef, true);
         row("KelCheck", "Caption", 0, -518, ReadWrite);
-        row("KelCombo", "Enabled", 5, 0x6803000E, ReadWrite);
         row("KelCombo", "ListIndex", 9, 0x6803000A, ReadWriteByRef);
         row("KelCombo", "ListFromArray", 23, 0x60030016, Method);   // last, out of name order
         row("KelDate", "DaysFlag", 4, 0x6803000B, ReadWrite);
