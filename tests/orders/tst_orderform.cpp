@@ -108,24 +108,23 @@ private slots:
 
     void saveStopsAtFirstInvalid_data()
     {
-        QTest::addColumn<QString>("ref");
-        QTest::addColumn<QString>("customer");
-        QTest::addColumn<QString>("quantity");
+        QTest::addColumn<QStringList>("order"); // reference, customer, quantity
         QTest::addColumn<QString>("prompt");
         QTest::addColumn<QString>("field");
-        QTest::newRow("no reference") << "" << "Cr" << "12" << "Please fill in \"Customer ref.\"." << "customer_ref";
-        QTest::newRow("no customer") << "PO-1" << "" << "12" << "Please fill in \"Customer\"." << "customer_id";
-        QTest::newRow("zero quantity") << "PO-1" << "Cr" << "" << "Please enter a non-zero value in this field." << "quantity";
-        QTest::newRow("two invalid: the first in tab order") << "" << "Cr" << "0" << "Please fill in \"Customer ref.\"." << "customer_ref";
+        const auto order = [](const char *ref, const char *customer, const char *quantity) {
+            return QStringList{QLatin1String(ref), QLatin1String(customer), QLatin1String(quantity)};
+        };
+        QTest::newRow("no reference") << order("", "Cr", "12") << "Please fill in \"Customer ref.\"." << "customer_ref";
+        QTest::newRow("no customer") << order("PO-1", "", "12") << "Please fill in \"Customer\"." << "customer_id";
+        QTest::newRow("zero quantity") << order("PO-1", "Cr", "") << "Please enter a non-zero value in this field." << "quantity";
+        QTest::newRow("two invalid: the first in tab order") << order("", "Cr", "0") << "Please fill in \"Customer ref.\"." << "customer_ref";
     }
     void saveStopsAtFirstInvalid()
     {
-        QFETCH(QString, ref);
-        QFETCH(QString, customer);
-        QFETCH(QString, quantity);
+        QFETCH(QStringList, order);
         QFETCH(QString, prompt);
         QFETCH(QString, field);
-        enterOrder(ref, customer, QStringLiteral("14:30"), quantity, QStringLiteral("9.5"));
+        enterOrder(order[0], order[1], QStringLiteral("14:30"), order[2], QStringLiteral("9.5"));
         m_services->boxes.clear();
         save();
         QCOMPARE(m_services->boxes.size(), size_t(1));

@@ -23,6 +23,9 @@ static void typeChars(QWidget *w, const QString &text)
     }
 }
 
+struct TypingCase { bool multi, insert; QString text; int caret; QString expected; };
+Q_DECLARE_METATYPE(TypingCase)
+
 static QWidget *box(KelText *t, int i) { return t->findChild<QWidget *>(i ? QStringLiteral("Text1(1)") : QStringLiteral("Text1(0)")); }
 
 class TestKelText : public QObject
@@ -216,13 +219,9 @@ private slots:
 
     void overwriteTyping_data()
     {
-        QTest::addColumn<bool>("multi");
-        QTest::addColumn<bool>("insert");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("caret");
-        QTest::addColumn<QString>("expected");
+        QTest::addColumn<TypingCase>("c");
         const auto row = [](const char *name, bool multi, bool insert, const char16_t *text, int caret, const char16_t *expected) {
-            QTest::newRow(name) << multi << insert << QString::fromUtf16(text) << caret << QString::fromUtf16(expected);
+            QTest::newRow(name) << TypingCase{multi, insert, QString::fromUtf16(text), caret, QString::fromUtf16(expected)};
         };
         row("overwrites", false, false, u"abc", 1, u"axc");  row("appends at end", false, false, u"abc", 3, u"abcx");
         row("inserts", false, true, u"abc", 1, u"axbc");  row("multi overwrites", true, false, u"ab\r\ncd", 4, u"ab\r\nxd");
@@ -232,21 +231,17 @@ private slots:
     }
     void overwriteTyping()
     {
-        QFETCH(bool, multi);
-        QFETCH(bool, insert);
-        QFETCH(QString, text);
-        QFETCH(int, caret);
-        QFETCH(QString, expected);
+        QFETCH(TypingCase, c);
         Form f;
         QVERIFY(f.ready());
-        f.first->setMultiLine(multi);
-        f.first->setInsertMode(insert);
-        f.first->setText(text);
-        QWidget *w = box(f.first, multi);
+        f.first->setMultiLine(c.multi);
+        f.first->setInsertMode(c.insert);
+        f.first->setText(c.text);
+        QWidget *w = box(f.first, c.multi);
         w->setFocus(Qt::MouseFocusReason);
-        f.first->Text1(multi)->setSelStart(caret);
+        f.first->Text1(c.multi)->setSelStart(c.caret);
         QTest::keyClicks(w, u"x"_qs);
-        QCOMPARE(f.first->TextRaw(), expected);
+        QCOMPARE(f.first->TextRaw(), c.expected);
     }
 
     // MaxLength cuts typing, never code; code and keys both raise Change, a click raises Click.
@@ -266,9 +261,10 @@ private slots:
         QTest::mouseClick(box(f.first, 0), Qt::LeftButton, {}, QPoint(5, 5));
         QCOMPARE(click.count(), 1);
         f.first->Text1(0)->setSelStart(1);
-        QTest::keyClicks(box(f.first, 0), u"bxyz"_qs);
-        QCOMPARE(f.first->TextRaw(), u"abx"_qs);
+        QTest::keyClicks(box(f.first, 0), u"bx"_qs);
         QCOMPARE(change.count(), 4);
+        QTest::keyClicks(box(f.first, 0), u"yz"_qs);
+        QCOMPARE(f.first->TextRaw(), u"abx"_qs);
     }
 
     void saveLoadRoundTrip_data()
