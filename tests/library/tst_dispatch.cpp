@@ -74,6 +74,7 @@ private slots:
         row("mismatch", u"CaptionWidth", PropertyPut, {u"wide"_qs}, u"CaptionWidth: Type mismatch");
         row("overflow", u"MaxLength", PropertyPut, {u"40000"_qs}, u"MaxLength: Overflow");
         row("NaN", u"MaxLength", PropertyPut, {qQNaN()}, u"MaxLength: Overflow");
+        row("infinity", u"CaptionWidth", PropertyPut, {qInf()}, u"CaptionWidth: Overflow");
         row("-infinity", u"CaptionWidth", PropertyPut, {-qInf()}, u"CaptionWidth: Overflow");
         row("too many", u"TooltipSet", Method, {u"a"_qs, u"b"_qs}, u"TooltipSet: wrong number of arguments");
         row("too few", u"TooltipSet", Method, {}, u"TooltipSet: wrong number of arguments");

@@ -49,6 +49,7 @@ private slots:
         row("two pairs", u"a\r\n\r\n", u"a", 2);  row("only pairs", u"\r\n", u"", 1);  row("space kept", u"a \r\n", u"a ", 1);
         row("lone lf kept", u"a\n", u"a\n", 0);  row("lone cr kept", u"a\r", u"a\r", 0);  row("inner pair kept", u"a\r\nb", u"a\r\nb", 0);
         row("pair after a lone cr", u"a\r\r\n", u"a\r", 1);
+        QTest::newRow("a thousand pairs") << u"a"_qs + u"\r\n"_qs.repeated(1000) << u"a"_qs << 1000;
     }
     void textTrimsTrailingBreakPairs()
     {
@@ -72,6 +73,8 @@ private slots:
         QTest::addColumn<QString>("text");
         const auto s = [](std::initializer_list<char16_t> units) { return QString(reinterpret_cast<const QChar *>(units.begin()), qsizetype(units.size())); };
         QTest::newRow("stand-in characters") << s({u'a', 0xFDEA, u'b', 0xFDEB, 0xFDEC, u'c'});
+        QTest::newRow("frame markers") << s({0xFDD0, u'x', 0xFDD1});
+        QTest::newRow("nul and lone surrogates") << s({0, u'a', 0xD800, u'b', 0xDC00});
         QTest::newRow("separators") << s({u'a', 0x2029, 0x2028, u'b', 0x2029});
         QTest::newRow("lone breaks") << u"\r\r\n\n\r\n\rx\n"_qs;
         QTest::newRow("stand-in after a lone break") << s({u'\r', 0xFDEA, u'\n', 0xFDEA});
