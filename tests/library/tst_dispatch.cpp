@@ -65,16 +65,19 @@ private slots:
         QTest::addColumn<int>("kind");
         QTest::addColumn<QList<Variant>>("args");
         QTest::addColumn<QString>("error");
-        const int get = int(DispatchKind::PropertyGet), put = int(DispatchKind::PropertyPut), call = int(DispatchKind::Method);
-        QTest::newRow("unknown") << u"Nope"_qs << get << QList<Variant>{} << u"KelText.Nope: unknown member"_qs;
-        QTest::newRow("read-only") << u"TextRaw"_qs << put << QList<Variant>{u"x"_qs} << u"KelText.TextRaw: the member cannot be assigned"_qs;
-        QTest::newRow("mismatch") << u"CaptionWidth"_qs << put << QList<Variant>{u"wide"_qs} << u"KelText.CaptionWidth: Type mismatch"_qs;
-        QTest::newRow("overflow") << u"MaxLength"_qs << put << QList<Variant>{u"40000"_qs} << u"KelText.MaxLength: Overflow"_qs;
-        QTest::newRow("NaN") << u"MaxLength"_qs << put << QList<Variant>{qQNaN()} << u"KelText.MaxLength: Overflow"_qs;
-        QTest::newRow("infinity") << u"CaptionWidth"_qs << put << QList<Variant>{qInf()} << u"KelText.CaptionWidth: Overflow"_qs;
-        QTest::newRow("-infinity") << u"CaptionWidth"_qs << put << QList<Variant>{-qInf()} << u"KelText.CaptionWidth: Overflow"_qs;
-        QTest::newRow("too many") << u"TooltipSet"_qs << call << QList<Variant>{u"a"_qs, u"b"_qs} << u"KelText.TooltipSet: wrong number of arguments"_qs;
-        QTest::newRow("too few") << u"TooltipSet"_qs << call << QList<Variant>{} << u"KelText.TooltipSet: wrong number of arguments"_qs;
+        const auto row = [](const char *name, const char16_t *member, DispatchKind kind, QList<Variant> args, const char16_t *error) {
+            QTest::newRow(name) << QString::fromUtf16(member) << int(kind) << args << u"KelText."_qs + QString::fromUtf16(error);
+        };
+        using enum DispatchKind;
+        row("unknown", u"Nope", PropertyGet, {}, u"Nope: unknown member");
+        row("read-only", u"TextRaw", PropertyPut, {u"x"_qs}, u"TextRaw: the member cannot be assigned");
+        row("mismatch", u"CaptionWidth", PropertyPut, {u"wide"_qs}, u"CaptionWidth: Type mismatch");
+        row("overflow", u"MaxLength", PropertyPut, {u"40000"_qs}, u"MaxLength: Overflow");
+        row("NaN", u"MaxLength", PropertyPut, {qQNaN()}, u"MaxLength: Overflow");
+        row("infinity", u"CaptionWidth", PropertyPut, {qInf()}, u"CaptionWidth: Overflow");
+        row("-infinity", u"CaptionWidth", PropertyPut, {-qInf()}, u"CaptionWidth: Overflow");
+        row("too many", u"TooltipSet", Method, {u"a"_qs, u"b"_qs}, u"TooltipSet: wrong number of arguments");
+        row("too few", u"TooltipSet", Method, {}, u"TooltipSet: wrong number of arguments");
     }
     void errorsAreResults()
     {

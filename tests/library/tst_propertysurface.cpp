@@ -104,19 +104,17 @@ private slots:
         QVERIFY2(back.convert(plainTypeOf(p)), qPrintable(u"read back as "_qs + QLatin1String(back.typeName())));
     }
 
-    // What goes in comes out for the values that need no clamping.
+    // What goes in comes out for the values that need no clamping; nothing at all reads as 0.
     void numberValueRoundTrip()
     {
         QWidget parent;
         std::unique_ptr<QObject> number(createObject(u"KelNumber"_qs, &parent));
-        QVERIFY(number->setProperty("Value", 5.0));
-        QCOMPARE(number->property("Value").toDouble(), 5.0);
-        QVERIFY(number->setProperty("Value", u"12.25"_qs));
-        QCOMPARE(number->property("Value").toString(), u"12.25"_qs);
-        QVERIFY(number->setProperty("Value", QVariant()));
-        bool ok = false;
-        QCOMPARE(number->property("Value").toDouble(&ok), 0.0);
-        QVERIFY(ok);
+        for (const QVariant &v : {QVariant(u"12.25"_qs), QVariant()}) {
+            QVERIFY(number->setProperty("Value", v));
+            bool ok = false;
+            QCOMPARE(number->property("Value").toDouble(&ok), v.toDouble());
+            QVERIFY(ok);
+        }
     }
 };
 

@@ -69,16 +69,13 @@ private slots:
         QTest::addColumn<Variant>("a");
         QTest::addColumn<Variant>("b");
         QTest::addColumn<bool>("differs");
-        QTest::newRow("null vs value") << Variant(Null) << Variant(2.0) << false;
-        QTest::newRow("value vs null") << Variant(Date{45000}) << Variant(Null) << false;
-        QTest::newRow("empty vs zero") << Variant() << Variant(0.0) << false;
-        QTest::newRow("empty vs text") << Variant() << Variant(u""_qs) << false;
-        QTest::newRow("empty vs date") << Variant() << Variant(Date{45000}) << true;
-        QTest::newRow("date vs same serial") << Variant(Date{45000.5}) << Variant(45000.5) << false;
-        QTest::newRow("integer vs double") << Variant(qint16(3)) << Variant(3.0) << false;
-        QTest::newRow("true vs -1") << Variant(true) << Variant(qint32(-1)) << false;
-        QTest::newRow("text case") << Variant(u"a"_qs) << Variant(u"A"_qs) << true;
-        QTest::newRow("number vs its text") << Variant(3.0) << Variant(u"3"_qs) << true;
+        const auto row = [](const char *name, const Variant &a, const Variant &b, bool differs) { QTest::newRow(name) << a << b << differs; };
+        // Each pair is tried both ways round.
+        row("null vs value", Null, 2.0, false);  row("empty vs zero", Variant(), 0.0, false);
+        row("empty vs text", Variant(), u""_qs, false);  row("empty vs date", Variant(), Date{45000}, true);
+        row("date vs same serial", Date{45000.5}, 45000.5, false);  row("integer vs double", qint16(3), 3.0, false);
+        row("true vs -1", true, qint32(-1), false);  row("text case", u"a"_qs, u"A"_qs, true);
+        row("number vs its text", 3.0, u"3"_qs, true);
     }
     void classicDiffers()
     {
@@ -117,22 +114,18 @@ private slots:
         QTest::addColumn<Variant>("variant");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QDateTime>("dateTime");
-        const QDateTime none;
-        QTest::newRow("double") << QVariant(2.5) << Variant(2.5) << u"2.5"_qs << QDateTime(QDate(1900, 1, 1), QTime(12, 0));
-        QTest::newRow("int") << QVariant(7) << Variant(qint32(7)) << u"7"_qs << QDateTime(QDate(1900, 1, 6), QTime(0, 0));
-        QTest::newRow("huge integer") << QVariant(Q_INT64_C(1) << 40) << Variant(1099511627776.0) << u"1099511627776"_qs << none;
-        QTest::newRow("bool") << QVariant(true) << Variant(true) << u"True"_qs << QDateTime(QDate(1899, 12, 29), QTime(0, 0));
-        QTest::newRow("text") << QVariant(u"abc"_qs) << Variant(u"abc"_qs) << u"abc"_qs << none;
-        QTest::newRow("ISO text") << QVariant(u"2013-03-15"_qs) << Variant(u"2013-03-15"_qs) << u"2013-03-15"_qs
-                                  << QDateTime(QDate(2013, 3, 15), QTime(0, 0));
-        QTest::newRow("QDate") << QVariant(QDate(2013, 3, 15)) << Variant(Date{41348}) << u"2013-03-15"_qs
-                               << QDateTime(QDate(2013, 3, 15), QTime(0, 0));
-        QTest::newRow("QDateTime") << QVariant(QDateTime(QDate(2013, 3, 15), QTime(18, 0))) << Variant(Date{41348.75})
-                                   << u"2013-03-15T18:00:00"_qs << QDateTime(QDate(2013, 3, 15), QTime(18, 0));
-        QTest::newRow("QTime") << QVariant(QTime(6, 0)) << Variant(Date{0.25}) << u"1899-12-30T06:00:00"_qs
-                               << QDateTime(QDate(1899, 12, 30), QTime(6, 0));
-        QTest::newRow("invalid QDate is Null") << QVariant(QDate()) << Variant(Null) << QString() << none;
-        QTest::newRow("nullptr is Null") << QVariant::fromValue(nullptr) << Variant(Null) << QString() << none;
+        const auto row = [](const char *name, const QVariant &in, const Variant &v, const QString &text, const QDateTime &dt = {}) {
+            QTest::newRow(name) << in << v << text << dt;
+        };
+        const auto at = [](int y, int m, int d, int h = 0) { return QDateTime(QDate(y, m, d), QTime(h, 0)); };
+        row("double", 2.5, 2.5, u"2.5"_qs, at(1900, 1, 1, 12));  row("int", 7, qint32(7), u"7"_qs, at(1900, 1, 6));
+        row("huge integer", Q_INT64_C(1) << 40, 1099511627776.0, u"1099511627776"_qs);
+        row("bool", true, true, u"True"_qs, at(1899, 12, 29));  row("text", u"abc"_qs, u"abc"_qs, u"abc"_qs);
+        row("ISO text", u"2013-03-15"_qs, u"2013-03-15"_qs, u"2013-03-15"_qs, at(2013, 3, 15));
+        row("QDate", QDate(2013, 3, 15), Date{41348}, u"2013-03-15"_qs, at(2013, 3, 15));
+        row("QDateTime", at(2013, 3, 15, 18), Date{41348.75}, u"2013-03-15T18:00:00"_qs, at(2013, 3, 15, 18));
+        row("QTime", QTime(6, 0), Date{0.25}, u"1899-12-30T06:00:00"_qs, at(1899, 12, 30, 6));
+        row("invalid QDate is Null", QDate(), Null, QString());  row("nullptr is Null", QVariant::fromValue(nullptr), Null, QString());
     }
     void qvariantIn()
     {

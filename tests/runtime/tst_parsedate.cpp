@@ -59,7 +59,7 @@ private slots:
         const char16_t *dmy = u"dd/mm/yyyy";
         const char16_t *dmyhn = u"dd/mm/yyyy hh:nn";
         row("any separators", u" 15 .- 3,,2013 ", dmy, "2013-03-15");
-        row("eight digits", u"15032013", dmy, "2013-03-15");  row("six digits", u"150313", dmy, "2013-03-15");
+        row("six digits", u"150313", dmy, "2013-03-15");
         row("four digits: no year", u"1503", dmy, "2026-03-15");  row("five digits", u"15032", dmy, "");
         row("eight digits year first", u"20130315", u"yyyy-mm-dd", "2013-03-15");
         row("saved form read with any format", u"15032013", u"d mmm yyyy", "2013-03-15");
@@ -80,10 +80,9 @@ private slots:
         row("no day", u"March 2013", dmy, "");  row("year 99 written in full", u"1/1/0099", dmy, "");
         row("year 10000", u"1/1/10000", dmy, "");  row("too many numbers", u"1/2/2013/4/5/6/7", dmy, "");
         row("unknown word", u"15 foo 2013", dmy, "");  row("two months", u"March April 2013", dmy, "");
-        row("empty", u"", dmy, "");  row("blanks", u"   ", dmy, "");
+        row("blanks", u"   ", dmy, "");
         row("huge digit run", u"99999999999999999999999999999999", dmy, "");
         row("astral characters", u"15\U0001F600/03\U0001F600/2013", dmy, "2013-03-15");
-        row("astral only", u"\U0001F600\U0001F600", dmy, "");
         row("ISO under any format", u"2013-03-15", u"mm/dd/yy", "2013-03-15");  row("ISO impossible", u"2013-02-30", dmy, "");
         row("ISO time dropped for a whole date", u"2013-03-15T10:15:00", dmy, "2013-03-15");
         row("time dropped for a whole date", u"15/03/2013 10:15", dmy, "2013-03-15");
@@ -122,18 +121,14 @@ private slots:
         };
         const char16_t *mdy = u"mm/dd/yyyy";
         const char16_t *mdyt = u"mm/dd/yyyy hh:nn:ss am/pm";
-        row("month name, comma [wine]", u"2 January, 1970", mdy, 25570);  row("month name [wine]", u"2 January 1970", mdy, 25570);
-        row("abbreviation [wine]", u"2 Jan 1970", mdy, 25570);  row("abbreviation, slashes [wine]", u"2/Jan/1970", mdy, 25570);
-        row("abbreviation, dashes [wine]", u"2-Jan-1970", mdy, 25570);  row("blanks [wine]", u"1 2 1970", mdy, 25570);
-        row("slashes [wine]", u"1/2/1970", mdy, 25570);  row("dashes [wine]", u"1-2-1970", mdy, 25570);
+        row("month name, comma [wine]", u"2 January, 1970", mdy, 25570);  row("abbreviation, slashes [wine]", u"2/Jan/1970", mdy, 25570);
+        row("blanks [wine]", u"1 2 1970", mdy, 25570);  row("dashes [wine]", u"1-2-1970", mdy, 25570);
         row("day first [wine]", u"13-1-1970", u"dd-mm-yyyy", 25581);  row("year first [wine]", u"1970-1-13", u"yyyy-mm-dd", 25581);
         row("two-digit year 29 [wine]", u"1 2 29", u"mm/dd/yy", 47120);
-        row("with time [wine]", u"6/30/2011 01:20:34", mdyt, 40724.05594907407);
         row("with time AM [wine]", u"6/30/2011 01:20:34 AM", mdyt, 40724.05594907407);
         row("with time PM [wine]", u"6/30/2011 01:20:34 PM", mdyt, 40724.55594907407);
         row("ideographic space [wine]", u"6/30/2011\u30001:20:34", mdyt, 40724.05594907407);
         row("ISO with time [wine]", u"2013-05-14 02:04:12", u"yyyy-mm-dd hh:nn:ss", 41408.08625);
-        row("German [wine]", u"02.01.1970", u"dd.mm.yyyy", 25570, de);
         row("German with time [wine]", u"02.01.1970 00:00:00", u"dd.mm.yyyy hh:nn:ss", 25570, de);
         row("German, ISO [wine]", u"2020-01-11", u"yyyy-mm-dd", 43841, de);
         row("day 100000 [wine]", u"2173-10-14", u"yyyy-mm-dd", 100000, de);
@@ -161,14 +156,11 @@ private slots:
         QTest::addColumn<QString>("format");
         QTest::addColumn<QLocale>("locale");
         const QStringList formats{
-            u"dd/mm/yyyy"_qs, u"d/m/yyyy"_qs, u"mm/dd/yyyy"_qs, u"m/d/yy"_qs, u"yyyy-mm-dd"_qs, u"dd.mm.yy"_qs,
-            u"ddmmyyyy"_qs, u"yyyymmdd"_qs, u"ddmmyy"_qs, u"d mmm yyyy"_qs, u"dd mmmm yyyy"_qs, u"dd-mmm-yy"_qs,
-            u"mmm d, yyyy"_qs, u"dddd, d mmmm yyyy"_qs, u"ddd dd/mm/yyyy"_qs, u"ddddd"_qs, u"dddddd"_qs,
-            u"Short Date"_qs, u"Long Date"_qs, u"mm/yyyy"_qs, u"mmmm yyyy"_qs, u"yyyy"_qs, u"dd/mm"_qs,
-            u"dd/mm/yyyy hh:nn"_qs, u"dd/mm/yyyy hh:nn:ss am/pm"_qs, u"mm/dd/yy h:mm a/p"_qs, u"c"_qs,
-            u"General Date"_qs, u"\"Q\"q yyyy-mm-dd"_qs, u"ww dd/mm/yyyy"_qs, u"w dd/mm/yyyy"_qs, u"y yyyy"_qs,
-            u"yyyy \"day\" y"_qs, u"dd \\de mmmm \\de yyyy"_qs, u"yy/mm/dd"_qs, u"dd mmm"_qs, u"mmm-yy"_qs,
-            u"mmmmm yyyy dd"_qs, u"dd/mm/yyyy hh:nn:ss"_qs, u"hh:nn dd/mm/yyyy"_qs, u"yyyy-mm-dd\"T\"hh:nn"_qs};
+            u"d/m/yyyy"_qs, u"mm/dd/yyyy"_qs, u"m/d/yy"_qs, u"yyyy-mm-dd"_qs, u"ddmmyyyy"_qs, u"yyyymmdd"_qs, u"ddmmyy"_qs,
+            u"dd-mmm-yy"_qs, u"mmm d, yyyy"_qs, u"dddd, d mmmm yyyy"_qs, u"ddd dd/mm/yyyy"_qs, u"ddddd"_qs, u"dddddd"_qs,
+            u"mm/yyyy"_qs, u"yyyy"_qs, u"dd/mm"_qs, u"dd/mm/yyyy hh:nn:ss am/pm"_qs, u"mm/dd/yy h:mm a/p"_qs, u"c"_qs,
+            u"\"Q\"q yyyy-mm-dd"_qs, u"ww dd/mm/yyyy"_qs, u"yyyy \"day\" y"_qs, u"dd \\de mmmm \\de yyyy"_qs, u"yy/mm/dd"_qs,
+            u"mmmmm yyyy dd"_qs, u"hh:nn dd/mm/yyyy"_qs, u"yyyy-mm-dd\"T\"hh:nn"_qs};
         for (const QLocale &l : {kUs, QLocale(QLocale::German, QLocale::Germany), QLocale(QLocale::French, QLocale::France)})
             for (const QString &f : formats)
                 QTest::addRow("%s %s", qPrintable(l.name()), qPrintable(f)) << f << l;
@@ -199,9 +191,8 @@ private slots:
     void displayedTimeReadsBack_data()
     {
         QTest::addColumn<QString>("format");
-        for (const char16_t *f : {u"hh:nn am/pm", u"hh:nn:ss", u"h:nn", u"hh:mm", u"h:nn:ss AM/PM", u"hh:nn a/p",
-                                  u"hhnn", u"hh.nn.ss", u"Long Time", u"ttttt", u"h ampm", u"dd/mm hh:nn",
-                                  u"mm/dd hh:nn am/pm", u"dd/mm/yyyy hh:nn:ss", u"d mmm yyyy h:nn", u"c"})
+        for (const char16_t *f : {u"hh:nn am/pm", u"h:nn", u"hh:mm", u"h:nn:ss AM/PM", u"hh:nn a/p", u"hhnn",
+                                  u"hh.nn.ss", u"ttttt", u"h ampm", u"mm/dd hh:nn am/pm", u"d mmm yyyy h:nn"})
             QTest::newRow(qPrintable(QString::fromUtf16(f))) << QString::fromUtf16(f);
     }
     void displayedTimeReadsBack()
@@ -225,22 +216,21 @@ private slots:
             QTest::newRow(name) << QString::fromUtf16(text)
                                 << (*expected ? u"1899-12-30 "_qs + QString::fromLatin1(expected) : QString());
         };
-        row("hh:nn", u"10:15", "10:15:00");  row("hh:nn:ss", u"10:15:30", "10:15:30");  row("dot", u"10.15", "10:15:00");
+        row("hh:nn:ss", u"10:15:30", "10:15:30");  row("dot", u"10.15", "10:15:00");
         row("four digits", u"1015", "10:15:00");  row("three digits", u"915", "09:15:00");  row("six digits", u"101530", "10:15:30");
         row("hour alone", u"10", "10:00:00");  row("3p", u"3p", "15:00:00");  row("3:15 pm", u"3:15 pm", "15:15:00");
         row("a.m.", u"3:15 a.m.", "03:15:00");  row("12am", u"12am", "00:00:00");  row("12 PM", u"12 PM", "12:00:00");
         row("persisted default", u"0", "00:00:00");  row("blanks", u"  7:05  ", "07:05:00");
         row("day fraction", u"0.4375", "10:30:00");  row("day fraction out of range", u"1.2500", "");
         row("25:00", u"25:00", "");  row("10:61", u"10:61", "");  row("10:15:60", u"10:15:60", "");  row("13 pm", u"13 pm", "");
-        row("two markers", u"3 am pm", "");  row("word", u"ten", "");  row("empty", u"", "");  row("blank", u" ", "");
+        row("two markers", u"3 am pm", "");  row("word", u"ten", "");  row("blank", u" ", "");
         row("seven digits", u"1015301", "");  row("huge digit run", u"12345678901234567890123", "");
         row("three-digit minutes", u"10:015", "");  row("astral", u"\U0001F600", "");
-        row("1 am [wine]", u"1 am", "01:00:00");  row("0.1 [wine]", u"0.1", "00:01:00");  row("0.40 [wine]", u"0.40", "00:40:00");
+        row("1 am [wine]", u"1 am", "01:00:00");  row("0.1 [wine]", u"0.1", "00:01:00");
         row("2.5 [wine]", u"2.5", "02:05:00");  row("3:5 [wine]", u"3:5", "03:05:00");  row("1.5.2 [wine]", u"1.5.2", "01:05:02");
         row("00:00 a [wine]", u"00:00 a", "00:00:00");  row("12:59 AM [wine]", u"12:59 AM", "00:59:00");
-        row("00:00 pm [wine]", u"00:00 pm", "12:00:00");  row("12:59 p [wine]", u"12:59 p", "12:59:00");
-        row("0:60 [wine]", u"0:60", "");  row("24:00 [wine]", u"24:00", "");  row("24.00 [wine]", u"24.00", "");
-        row("0.60 [wine]", u"0.60", "");
+        row("00:00 pm [wine]", u"00:00 pm", "12:00:00");  row("0:60 [wine]", u"0:60", "");
+        row("24:00 [wine]", u"24:00", "");  row("0.60 [wine]", u"0.60", "");
         QTest::newRow("whole date kept") << u"3/15/2013 10:15"_qs << u"2013-03-15 10:15:00"_qs;
         row("partial date dropped", u"15/03 10:15 pm", "22:15:00");
         row("unreadable date dropped", u"15/03/2013 10:15", "10:15:00");  row("True [wine]", u"True", "");
@@ -252,21 +242,11 @@ private slots:
         QCOMPARE(shown(KelRuntimeDates(kUs).ParseTime(text)), expected);
     }
 
-    void lastDayOfMonth_data()
-    {
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<QDate>("last");
-        QTest::newRow("February leap") << QDate(2012, 2, 10) << QDate(2012, 2, 29);
-        QTest::newRow("February") << QDate(1900, 2, 1) << QDate(1900, 2, 28);
-        QTest::newRow("December 9999") << QDate(9999, 12, 31) << QDate(9999, 12, 31);
-        QTest::newRow("before 1899") << QDate(100, 1, 2) << QDate(100, 1, 31);
-    }
+    // The calendar is the day-serial suite's; here the time of day goes and the top of the range holds.
     void lastDayOfMonth()
     {
-        QFETCH(QDate, date);
-        QFETCH(QDate, last);
-        const Date got = KelRuntimeDates(kUs).LastDayOfMonth(Date{serial(date, QTime(15, 0))});
-        QCOMPARE(toQDateTime(got.serial), QDateTime(last, QTime(0, 0)));
+        for (const auto &[date, last] : {std::pair{QDate(2012, 2, 10), QDate(2012, 2, 29)}, std::pair{QDate(9999, 12, 31), QDate(9999, 12, 31)}})
+            QCOMPARE(toQDateTime(KelRuntimeDates(kUs).LastDayOfMonth(Date{serial(date, QTime(15, 0))}).serial), QDateTime(last, QTime(0, 0)));
     }
 };
 

@@ -23,6 +23,9 @@ static void typeChars(QWidget *w, const QString &text)
     }
 }
 
+struct TypingCase { bool multi, insert; QString text; int caret; QString expected; };
+Q_DECLARE_METATYPE(TypingCase)
+
 static QWidget *box(KelText *t, int i) { return t->findChild<QWidget *>(i ? QStringLiteral("Text1(1)") : QStringLiteral("Text1(0)")); }
 
 class TestKelText : public QObject
@@ -40,14 +43,13 @@ private slots:
         QTest::addColumn<QString>("raw");
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("changes");
-        QTest::newRow("two pairs") << u"a\r\n\r\n"_qs << u"a"_qs << 2;
-        QTest::newRow("only pairs") << u"\r\n"_qs << QString() << 1;
-        QTest::newRow("space kept") << u"a \r\n"_qs << u"a "_qs << 1;
-        QTest::newRow("lone lf kept") << u"a\n"_qs << u"a\n"_qs << 0;
-        QTest::newRow("lone cr kept") << u"a\r"_qs << u"a\r"_qs << 0;
-        QTest::newRow("inner pair kept") << u"a\r\nb"_qs << u"a\r\nb"_qs << 0;
+        const auto row = [](const char *name, const char16_t *raw, const char16_t *text, int changes) {
+            QTest::newRow(name) << QString::fromUtf16(raw) << QString::fromUtf16(text) << changes;
+        };
+        row("two pairs", u"a\r\n\r\n", u"a", 2);  row("only pairs", u"\r\n", u"", 1);  row("space kept", u"a \r\n", u"a ", 1);
+        row("lone lf kept", u"a\n", u"a\n", 0);  row("lone cr kept", u"a\r", u"a\r", 0);  row("inner pair kept", u"a\r\nb", u"a\r\nb", 0);
+        row("pair after a lone cr", u"a\r\r\n", u"a\r", 1);
         QTest::newRow("a thousand pairs") << u"a"_qs + u"\r\n"_qs.repeated(1000) << u"a"_qs << 1000;
-        QTest::newRow("pair after a lone cr") << u"a\r\r\n"_qs << u"a\r"_qs << 1;
     }
     void textTrimsTrailingBreakPairs()
     {
@@ -72,10 +74,10 @@ private slots:
         const auto s = [](std::initializer_list<char16_t> units) { return QString(reinterpret_cast<const QChar *>(units.begin()), qsizetype(units.size())); };
         QTest::newRow("stand-in characters") << s({u'a', 0xFDEA, u'b', 0xFDEB, 0xFDEC, u'c'});
         QTest::newRow("frame markers") << s({0xFDD0, u'x', 0xFDD1});
+        QTest::newRow("nul and lone surrogates") << s({0, u'a', 0xD800, u'b', 0xDC00});
         QTest::newRow("separators") << s({u'a', 0x2029, 0x2028, u'b', 0x2029});
         QTest::newRow("lone breaks") << u"\r\r\n\n\r\n\rx\n"_qs;
         QTest::newRow("stand-in after a lone break") << s({u'\r', 0xFDEA, u'\n', 0xFDEA});
-        QTest::newRow("nul and lone surrogates") << s({0, u'a', 0xD800, u'b', 0xDC00});
         QString every;
         for (int u = 0; u <= 0xFFFF; ++u) { // one a line keeps surrogates lone
             every += QChar(char16_t(u));
@@ -155,64 +157,41 @@ private slots:
 
     void valid_data()
     {
-        QTest::addColumn<bool>("multi");
-        QTest::addColumn<bool>("locked");
-        QTest::addColumn<bool>("mandatory");
-        QTest::addColumn<bool>("enabled");
+        QTest::addColumn<QString>("flags"); // M multi-line, L locked, O optional, D disabled
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("valid");
-        QTest::newRow("empty") << false << false << true << true << QString() << false;
-        QTest::newRow("empty locked") << false << true << true << true << QString() << true;
-        QTest::newRow("empty optional") << false << false << false << true << QString() << true;
-        QTest::newRow("empty disabled") << false << false << true << false << QString() << false;
-        QTest::newRow("spaces") << false << false << true << true << u"   "_qs << false;
-        QTest::newRow("single keeps breaks") << false << false << true << true << u"\r\n"_qs << true;
-        QTest::newRow("multi blanks and breaks") << true << false << true << true << u" \r\n \n\r"_qs << false;
-        QTest::newRow("multi text") << true << false << true << true << u"x\r\n "_qs << true;
+        const auto row = [](const char *name, const char *flags, const char16_t *text, bool valid) {
+            QTest::newRow(name) << QString::fromLatin1(flags) << QString::fromUtf16(text) << valid;
+        };
+        row("empty", "", u"", false);  row("empty locked", "L", u"", true);  row("empty optional", "O", u"", true);
+        row("empty disabled", "D", u"", false);  row("spaces", "", u"   ", false);  row("single keeps breaks", "", u"\r\n", true);
+        row("multi blanks and breaks", "M", u" \r\n \n\r", false);  row("multi text", "M", u"x\r\n ", true);
     }
     void valid()
     {
-        QFETCH(bool, multi);
-        QFETCH(bool, locked);
-        QFETCH(bool, mandatory);
-        QFETCH(bool, enabled);
+        QFETCH(QString, flags);
         QFETCH(QString, text);
         QFETCH(bool, valid);
         KelText t;
-        t.setMultiLine(multi);
-        t.setLocked(locked);
-        t.setMandatory(mandatory);
-        t.setEnabled(enabled);
+        t.setMultiLine(flags.contains(u'M'));
+        t.setLocked(flags.contains(u'L'));
+        t.setMandatory(!flags.contains(u'O'));
+        t.setEnabled(!flags.contains(u'D'));
         t.setText(text);
         QCOMPARE(t.Valid(), valid);
     }
 
-    void multiLineSwitchKeepsText()
-    {
-        KelText t;
-        t.setText(u"abc"_qs);
-        t.setMultiLine(true);
-        QVERIFY(!box(&t, 0)->isVisibleTo(&t));
-        QVERIFY(box(&t, 1)->isVisibleTo(&t));
-        QCOMPARE(t.TextRaw(), u"abc"_qs);
-        t.Text1(1)->setText(u"abc\r\nline 2\r\n\r\n"_qs);
-        QVERIFY(t.Changed());
-        t.setMultiLine(false);
-        QCOMPARE(t.Text(), u"abc\r\nline 2"_qs);
-        QCOMPARE(t.TextOriginal(), u"abc\r\nline 2"_qs);
-        QVERIFY(!t.Changed());
-        QVERIFY(!t.MultiLine());
-    }
-
-    // The multi-line box, however late it is first used, carries what was set on the field.
-    void multiLineBoxTakesSettings()
+    // The multi-line box, however late it is first used, carries the text and what was set on the
+    // field; switching back trims and takes the text as the new original.
+    void multiLineSwitch()
     {
         Form f;
         QVERIFY(f.ready());
         KelText *t = f.first;
+        t->setText(u"abc"_qs);
         t->setLocked(true);
         t->setMaxLength(3);
-        t->setPasswordChar(u"*"_qs);
+        t->setPasswordChar(u"*!"_qs); // one character is kept
         t->setEnabled(false);
         t->TooltipSet(u"tip"_qs);
         t->setMultiLine(true);
@@ -220,95 +199,74 @@ private slots:
         QCOMPARE(box(t, 1), b->widget());
         QVERIFY(b->Locked());
         QCOMPARE(b->MaxLength(), 3);
+        QCOMPARE(t->PasswordChar(), u"*"_qs);
         QCOMPARE(b->PasswordChar(), u"*"_qs);
+        QCOMPARE(qobject_cast<QLineEdit *>(box(t, 0))->echoMode(), QLineEdit::Password);
         QVERIFY(!b->Enabled());
         QCOMPARE(b->ToolTipText(), u"tip"_qs);
         QCOMPARE(b->BackColor(), librarySettings().FieldBackLocked);
         QCOMPARE(b->widget()->font(), box(t, 0)->font());
         QCOMPARE(t->Text1(2), nullptr);
-    }
-
-    void enterKey()
-    {
-        Form f;
-        QVERIFY(f.ready());
-        f.first->setText(u"ab"_qs);
-        box(f.first, 0)->setFocus(Qt::MouseFocusReason);
-        QTest::keyClick(box(f.first, 0), Qt::Key_Return);
-        QCOMPARE(f.first->TextRaw(), u"ab"_qs);
-        QCOMPARE(QApplication::focusWidget(), box(f.second, 0));
-
-        f.first->setMultiLine(true);
-        box(f.first, 1)->setFocus(Qt::MouseFocusReason);
-        f.first->Text1(1)->setSelStart(2);
-        QTest::keyClick(box(f.first, 1), Qt::Key_Return);
-        QTest::keyClicks(box(f.first, 1), u"c"_qs);
-        QCOMPARE(f.first->TextRaw(), u"ab\r\nc"_qs);
-        QCOMPARE(QApplication::focusWidget(), box(f.first, 1));
+        QVERIFY(!box(t, 0)->isVisibleTo(t));
+        QVERIFY(box(t, 1)->isVisibleTo(t));
+        QCOMPARE(t->TextRaw(), u"abc"_qs);
+        b->setText(u"abc\r\nline 2\r\n\r\n"_qs);
+        QVERIFY(t->Changed());
+        t->setMultiLine(false);
+        QCOMPARE(t->Text(), u"abc\r\nline 2"_qs);
+        QCOMPARE(t->TextOriginal(), u"abc\r\nline 2"_qs);
+        QVERIFY(!t->Changed());
+        t->setPasswordChar(QString());
+        QCOMPARE(qobject_cast<QLineEdit *>(box(t, 0))->echoMode(), QLineEdit::Normal);
     }
 
     void overwriteTyping_data()
     {
-        QTest::addColumn<bool>("multi");
-        QTest::addColumn<bool>("insert");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("caret");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("overwrites") << false << false << u"abc"_qs << 1 << u"axc"_qs;
-        QTest::newRow("appends at end") << false << false << u"abc"_qs << 3 << u"abcx"_qs;
-        QTest::newRow("inserts") << false << true << u"abc"_qs << 1 << u"axbc"_qs;
-        QTest::newRow("multi overwrites") << true << false << u"ab\r\ncd"_qs << 4 << u"ab\r\nxd"_qs;
-        QTest::newRow("caret inside a pair") << true << false << u"ab\r\ncd"_qs << 3 << u"abx\r\ncd"_qs;
-        QTest::newRow("multi keeps break") << true << false << u"ab\r\ncd"_qs << 2 << u"abx\r\ncd"_qs;
-        QTest::newRow("multi keeps lone cr") << true << false << u"a\rb"_qs << 1 << u"ax\rb"_qs;
-        QTest::newRow("whole surrogate pair") << false << false << u"a🙂b"_qs << 1 << u"axb"_qs;
+        QTest::addColumn<TypingCase>("c");
+        const auto row = [](const char *name, bool multi, bool insert, const char16_t *text, int caret, const char16_t *expected) {
+            QTest::newRow(name) << TypingCase{multi, insert, QString::fromUtf16(text), caret, QString::fromUtf16(expected)};
+        };
+        row("overwrites", false, false, u"abc", 1, u"axc");  row("appends at end", false, false, u"abc", 3, u"abcx");
+        row("inserts", false, true, u"abc", 1, u"axbc");  row("multi overwrites", true, false, u"ab\r\ncd", 4, u"ab\r\nxd");
+        row("caret inside a pair", true, false, u"ab\r\ncd", 3, u"abx\r\ncd");
+        row("multi keeps break", true, false, u"ab\r\ncd", 2, u"abx\r\ncd");
+        row("multi keeps lone cr", true, false, u"a\rb", 1, u"ax\rb");  row("whole surrogate pair", false, false, u"a🙂b", 1, u"axb");
     }
     void overwriteTyping()
     {
-        QFETCH(bool, multi);
-        QFETCH(bool, insert);
-        QFETCH(QString, text);
-        QFETCH(int, caret);
-        QFETCH(QString, expected);
+        QFETCH(TypingCase, c);
         Form f;
         QVERIFY(f.ready());
-        f.first->setMultiLine(multi);
-        f.first->setInsertMode(insert);
-        f.first->setText(text);
-        QWidget *w = box(f.first, multi);
+        f.first->setMultiLine(c.multi);
+        f.first->setInsertMode(c.insert);
+        f.first->setText(c.text);
+        QWidget *w = box(f.first, c.multi);
         w->setFocus(Qt::MouseFocusReason);
-        f.first->Text1(multi)->setSelStart(caret);
+        f.first->Text1(c.multi)->setSelStart(c.caret);
         QTest::keyClicks(w, u"x"_qs);
-        QCOMPARE(f.first->TextRaw(), expected);
+        QCOMPARE(f.first->TextRaw(), c.expected);
     }
 
-    void passwordChar()
-    {
-        KelText t;
-        QSignalSpy changed(&t, &UserControl::PropertyChanged);
-        t.setPasswordChar(u"#!"_qs);
-        QCOMPARE(t.PasswordChar(), u"#"_qs);
-        QCOMPARE(t.Text1(1)->PasswordChar(), u"#"_qs);
-        QCOMPARE(qobject_cast<QLineEdit *>(box(&t, 0))->echoMode(), QLineEdit::Password);
-        t.setPasswordChar(QString());
-        QCOMPARE(qobject_cast<QLineEdit *>(box(&t, 0))->echoMode(), QLineEdit::Normal);
-        QCOMPARE(changed.count(), 2);
-        QCOMPARE(changed.at(0).at(0).toString(), u"PasswordChar"_qs);
-    }
-
-    void maxLengthLimitsTypingOnly()
+    // MaxLength cuts typing, never code; code and keys both raise Change, a click raises Click.
+    void maxLengthChangeAndClick()
     {
         Form f;
         QVERIFY(f.ready());
+        QSignalSpy change(f.first, &KelText::Change);
+        QSignalSpy click(f.first, &KelText::Click);
         f.first->setMaxLength(3);
         f.first->setMaxLength(-1);
         QCOMPARE(f.first->MaxLength(), qint16(3));
-        f.first->setText(u"abcdef"_qs); // code is never cut
+        f.first->setText(u"abcdef"_qs);
         QCOMPARE(f.first->TextRaw(), u"abcdef"_qs);
-        f.first->setText(u"ab"_qs);
-        box(f.first, 0)->setFocus(Qt::MouseFocusReason);
-        f.first->Text1(0)->setSelStart(2);
-        QTest::keyClicks(box(f.first, 0), u"xyz"_qs);
+        f.first->setText(u"a"_qs);
+        QCOMPARE(change.count(), 2);
+        QTest::mouseClick(box(f.first, 0), Qt::LeftButton, {}, QPoint(5, 5));
+        QCOMPARE(click.count(), 1);
+        f.first->Text1(0)->setSelStart(1);
+        QTest::keyClicks(box(f.first, 0), u"bx"_qs);
+        QCOMPARE(change.count(), 4);
+        QTest::keyClicks(box(f.first, 0), u"yz"_qs);
         QCOMPARE(f.first->TextRaw(), u"abx"_qs);
     }
 
@@ -316,12 +274,8 @@ private slots:
     {
         QTest::addColumn<bool>("multi");
         QTest::addColumn<QString>("text");
-        QTest::newRow("quotes and commas") << false << u"say \"hi\", then, \"\"bye\"\""_qs;
-        QTest::newRow("non-ascii") << false << u"Zoë — ½ € 日本 🙂"_qs;
-        QTest::newRow("breaks kept raw") << true << u"one\r\ntwo\r\n\r\n"_qs;
-        QTest::newRow("lone breaks") << true << u"a\rb\nc\r\n"_qs;
-        QTest::newRow("trailing blanks") << false << u"  x  "_qs;
-        QTest::newRow("separator characters") << true << u"a\u2029b\u2028c\uFDEAd"_qs;
+        QTest::newRow("single line") << false << u"  say \"hi\", then, \"\"bye\"\" Zoë — ½ € 日本 🙂  "_qs;
+        QTest::newRow("multi-line") << true << u"one\r\ntwo\rb\nc\u2029b\u2028c\uFDEAd\r\n\r\n"_qs;
     }
     void saveLoadRoundTrip()
     {
@@ -382,6 +336,9 @@ private slots:
         QSignalSpy changed(f.first, &UserControl::PropertyChanged);
         QApplication::clipboard()->setText(u"clip"_qs);
         box(f.first, 0)->setFocus(Qt::MouseFocusReason);
+        QTest::keyClick(box(f.first, 0), Qt::Key_Return); // single line: Enter moves on
+        QCOMPARE(QApplication::focusWidget(), box(f.second, 0));
+        box(f.first, 0)->setFocus(Qt::MouseFocusReason);
         QTest::keyClick(box(f.first, 0), Qt::Key_Insert, Qt::ShiftModifier);
         QCOMPARE(f.first->TextRaw(), u"clip"_qs);
         QVERIFY(!f.first->InsertMode()); // every Insert key-down toggles, Shift+Insert still pastes
@@ -394,7 +351,10 @@ private slots:
         QCOMPARE(QApplication::focusWidget(), box(f.first, 1)); // the switch keeps the focus here
         f.first->Text1(1)->setSelStart(4);
         QTest::keyClick(box(f.first, 1), Qt::Key_Return, Qt::ShiftModifier);
-        QCOMPARE(f.first->TextRaw(), u"clip\r\n"_qs);
+        QTest::keyClick(box(f.first, 1), Qt::Key_Return);
+        QTest::keyClicks(box(f.first, 1), u"c"_qs);
+        QCOMPARE(f.first->TextRaw(), u"clip\r\n\r\nc"_qs);
+        QCOMPARE(QApplication::focusWidget(), box(f.first, 1));
     }
 
     void deletingAFocusedControl()
@@ -407,20 +367,6 @@ private slots:
         f.second->deleteLater();
         QTest::qWait(1);
         QVERIFY(f.window.findChildren<KelText *>().isEmpty());
-    }
-
-    void changeAndClickEvents()
-    {
-        Form f;
-        QVERIFY(f.ready());
-        QSignalSpy change(f.first, &KelText::Change);
-        QSignalSpy click(f.first, &KelText::Click);
-        f.first->setText(u"set by code"_qs);
-        QCOMPARE(change.count(), 1);
-        QTest::mouseClick(box(f.first, 0), Qt::LeftButton, {}, QPoint(5, 5));
-        QCOMPARE(click.count(), 1);
-        QTest::keyClicks(box(f.first, 0), u"ab"_qs);
-        QCOMPARE(change.count(), 3);
     }
 };
 
