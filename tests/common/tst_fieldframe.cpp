@@ -1,6 +1,7 @@
 #include "common/baskelcontrols.h"
 #include "controls/number/kelnumber.h"
 #include "controls/text/keltext.h"
+#include "forms/units.h"
 #include "kelfixture.h"
 #include "library/kelcontrolhandler.h"
 
@@ -127,13 +128,15 @@ private slots:
         QTest::addColumn<QRect>("control");   // twips: (0, 0, width, height)
         QTest::addColumn<QRect>("label");
         QTest::addColumn<QRect>("field");
-        QTest::newRow("plain") << false << 1500 << 4500 << 300 << QRect(0, 0, 4500, 300) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 300);
-        QTest::newRow("too low") << false << 1500 << 4500 << 150 << QRect(0, 0, 4500, 300) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 300);
-        QTest::newRow("higher stays") << false << 1500 << 4500 << 600 << QRect(0, 0, 4500, 600) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 600);
-        QTest::newRow("narrower than caption") << false << 1500 << 900 << 300 << QRect(0, 0, 900, 300) << QRect(0, 0, 900, 195) << QRect(900, 0, 0, 300);
-        QTest::newRow("below 100") << false << 1500 << 45 << 300 << QRect(0, 0, 100, 300) << QRect(0, 0, 100, 195) << QRect(100, 0, 0, 300);
-        QTest::newRow("multi caption full height") << true << 1500 << 4500 << 900 << QRect(0, 0, 4500, 900) << QRect(0, 0, 1500, 900) << QRect(1500, 0, 3000, 900);
-        QTest::newRow("no caption") << false << 0 << 3000 << 300 << QRect(0, 0, 3000, 300) << QRect(0, 0, 0, 195) << QRect(0, 0, 3000, 300);
+        QTest::addColumn<bool>("sizedHidden");  // QWidget::resize before the caption, as a form loads
+        QTest::newRow("plain") << false << 1500 << 4500 << 300 << QRect(0, 0, 4500, 300) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 300) << false;
+        QTest::newRow("too low") << false << 1500 << 4500 << 150 << QRect(0, 0, 4500, 300) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 300) << false;
+        QTest::newRow("higher stays") << false << 1500 << 4500 << 600 << QRect(0, 0, 4500, 600) << QRect(0, 0, 1500, 195) << QRect(1500, 0, 3000, 600) << false;
+        QTest::newRow("narrower than caption") << false << 1500 << 900 << 300 << QRect(0, 0, 900, 300) << QRect(0, 0, 900, 195) << QRect(900, 0, 0, 300) << false;
+        QTest::newRow("below 100") << false << 1500 << 45 << 300 << QRect(0, 0, 100, 300) << QRect(0, 0, 100, 195) << QRect(100, 0, 0, 300) << false;
+        QTest::newRow("multi caption full height") << true << 1500 << 4500 << 900 << QRect(0, 0, 4500, 900) << QRect(0, 0, 1500, 900) << QRect(1500, 0, 3000, 900) << false;
+        QTest::newRow("sized hidden") << false << 2349 << 4500 << 300 << QRect(0, 0, 4500, 300) << QRect(0, 0, 2349, 195) << QRect(2349, 0, 2151, 300) << true;
+        QTest::newRow("no caption") << false << 0 << 3000 << 300 << QRect(0, 0, 3000, 300) << QRect(0, 0, 0, 195) << QRect(0, 0, 3000, 300) << false;
     }
     void layout()
     {
@@ -144,11 +147,16 @@ private slots:
         QFETCH(QRect, control);
         QFETCH(QRect, label);
         QFETCH(QRect, field);
+        QFETCH(bool, sizedHidden);
         KelText t;
         t.setMultiLine(multi);
+        if (sizedHidden)
+            t.resize(twipsToPixelsX(width), twipsToPixelsY(height));
         t.setCaptionWidth(qint16(captionWidth));
-        t.setWidth(width);
-        t.setHeight(height);
+        if (!sizedHidden) {
+            t.setWidth(width);
+            t.setHeight(height);
+        }
         auto rect = [](const Child *c) { return QRect(qRound(c->Left()), qRound(c->Top()), qRound(c->Width()), qRound(c->Height())); };
         QCOMPARE(QRect(0, 0, qRound(t.Width()), qRound(t.Height())), control);
         QCOMPARE(rect(t.Label1), label);
