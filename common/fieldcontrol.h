@@ -40,7 +40,6 @@ class KEL_EXPORT FieldControl : public UserControl
     Q_PROPERTY(QString Caption READ Caption WRITE setCaption)
     Q_PROPERTY(int CaptionWidth READ CaptionWidth WRITE setCaptionWidth)
     Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled)
-    Q_PROPERTY(bool InsertMode READ InsertMode WRITE setInsertMode)
     Q_PROPERTY(bool Locked READ Locked WRITE setLocked)
     Q_PROPERTY(bool Mandatory READ Mandatory WRITE setMandatory)
     Q_PROPERTY(bool SelectOnFocus READ SelectOnFocus WRITE setSelectOnFocus)

@@ -21,6 +21,7 @@ QLocale runtimeLocale();
 class KEL_EXPORT SpinField : public FieldControl
 {
     Q_OBJECT
+    Q_PROPERTY(bool InsertMode READ InsertMode WRITE setInsertMode)
     Q_PROPERTY(bool UpDown READ UpDown WRITE setUpDown)
 
 public:

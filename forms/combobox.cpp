@@ -222,7 +222,9 @@ ComboBox::ComboBox(UserControl *owner, const QString &objectName)
     m_edit->setValidator(new ComboLengthValidator(this, m_edit));
     connect(m_edit, &QLineEdit::textChanged, this, &ComboBox::followText);
     // Only edits raise Change; a pick from the list raises Click.
-    connect(m_edit, &QLineEdit::textEdited, this, [this] {
+    connect(m_edit, &QLineEdit::textEdited, this, [this](const QString &text) {
+        // textEdited comes before textChanged: a handler must not see the item of the old text.
+        followText(text);
         if (!m_quiet)
             emit Change();
     });

@@ -63,7 +63,7 @@ void PictureBox::resized()
     QImage image(inner * ratio, QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
     image.fill(colour(BackColor()));
-    if (!m_image.isNull()) {
+    if (!m_image.isNull() && !image.isNull()) { // a box shrunk to nothing has no pixels to keep
         QPainter p(&image);
         p.drawImage(0, 0, m_image);
     }

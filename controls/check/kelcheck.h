@@ -12,17 +12,17 @@ class KEL_EXPORT KelCheck : public UserControl
 {
     Q_OBJECT
     Q_PROPERTY(QString Caption READ Caption WRITE setCaption)
-    Q_PROPERTY(bool Changed READ Changed)
-    Q_PROPERTY(bool ChangedSaved READ ChangedSaved)
+    Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
+    Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
     Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled)
     Q_PROPERTY(bool FontBold READ FontBold WRITE setFontBold)
-    Q_PROPERTY(qint32 hWnd READ hWnd)
+    Q_PROPERTY(qint32 hWnd READ hWnd DESIGNABLE false)
     Q_PROPERTY(bool Locked READ Locked WRITE setLocked)
     Q_PROPERTY(bool Mandatory READ Mandatory WRITE setMandatory)
-    Q_PROPERTY(bool Valid READ Valid)
+    Q_PROPERTY(bool Valid READ Valid DESIGNABLE false)
     Q_PROPERTY(bool Value READ Value WRITE setValue USER true)
-    Q_PROPERTY(bool ValueOriginal READ ValueOriginal WRITE setValueOriginal)
-    Q_PROPERTY(bool ValueSaved READ ValueSaved WRITE setValueSaved)
+    Q_PROPERTY(bool ValueOriginal READ ValueOriginal WRITE setValueOriginal DESIGNABLE false)
+    Q_PROPERTY(bool ValueSaved READ ValueSaved WRITE setValueSaved DESIGNABLE false)
 
 public:
     explicit KelCheck(QWidget *parent = nullptr);

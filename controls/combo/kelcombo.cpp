@@ -218,13 +218,7 @@ void KelCombo::setText(const QString &text)
 {
     ++m_selectionDepth;
     m_typing = false;
-    if (!text.isEmpty()) {
-        Combo1->setText(m_limitToList ? QString() : text);
-        if (const int i = findExact(text); i >= 0)
-            Combo1->setListIndex(i);
-    } else {
-        Combo1->setText(QString());
-    }
+    showText(text);
     --m_selectionDepth;
     m_textOriginal = Combo1->Text();
     if (m_textOriginal != text)
@@ -242,6 +236,13 @@ bool KelCombo::Valid() const
     while (end > 0 && t[end - 1] == u' ')
         --end;
     return end > 0;
+}
+
+void KelCombo::showText(const QString &text)
+{
+    Combo1->setText(m_limitToList ? QString() : text);
+    if (const int i = text.isEmpty() ? -1 : findExact(text); i >= 0)
+        Combo1->setListIndex(i);
 }
 
 int KelCombo::findExact(const QString &text) const
@@ -283,7 +284,7 @@ void KelCombo::comboChange()
                 if (i >= 0) {
                     Combo1->setListIndex(i);
                 } else {
-                    Combo1->setText(m_textOriginal);
+                    showText(m_textOriginal);
                     if (s > 0)
                         --s;
                 }
@@ -354,15 +355,10 @@ void KelCombo::settleText()
     ++m_selectionDepth;
     m_typing = false;
     const QString t = Combo1->Text();
-    if (!t.isEmpty()) {
-        Combo1->setText(m_limitToList ? QString() : t);
-        if (const int i = findExact(t); i >= 0)
-            Combo1->setListIndex(i);
-        if (Combo1->ListIndex() == -1 && m_limitToList)
-            Combo1->setText(QString());
-    } else if (m_mandatory) {
-        Combo1->setText(m_textOriginal);
-    }
+    if (!t.isEmpty())
+        showText(t);
+    else if (m_mandatory)
+        showText(m_textOriginal); // a host may have put a TextOriginal that is no item
     --m_selectionDepth;
 }
 

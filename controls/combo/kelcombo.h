@@ -12,20 +12,21 @@ namespace kel {
 class KEL_EXPORT KelCombo : public FieldControl
 {
     Q_OBJECT
-    Q_PROPERTY(bool Changed READ Changed)
-    Q_PROPERTY(bool ChangedSaved READ ChangedSaved)
-    Q_PROPERTY(qint32 DropDownWidth READ DropDownWidth WRITE setDropDownWidth)
-    Q_PROPERTY(qint32 hWnd READ hWnd)
+    Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
+    Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
+    Q_PROPERTY(qint32 DropDownWidth READ DropDownWidth WRITE setDropDownWidth DESIGNABLE false)
+    Q_PROPERTY(qint32 DropdownWidth READ DropDownWidth WRITE setDropdownWidth)
+    Q_PROPERTY(qint32 hWnd READ hWnd DESIGNABLE false)
     Q_PROPERTY(bool LimitToList READ LimitToList WRITE setLimitToList)
     Q_PROPERTY(QString List READ List WRITE setList)
-    Q_PROPERTY(qint32 ListCount READ ListCount)
-    Q_PROPERTY(qint16 ListIndex READ ListIndex WRITE setListIndex)
+    Q_PROPERTY(qint32 ListCount READ ListCount DESIGNABLE false)
+    Q_PROPERTY(qint16 ListIndex READ ListIndex WRITE setListIndex DESIGNABLE false)
     Q_PROPERTY(QString ListTag READ ListTag WRITE setListTag)
-    Q_PROPERTY(qint16 MaxLength READ MaxLength WRITE setMaxLength)
+    Q_PROPERTY(int MaxLength READ MaxLength WRITE setMaxLength)
     Q_PROPERTY(QString Text READ Text WRITE setText USER true)
-    Q_PROPERTY(QString TextOriginal READ TextOriginal WRITE setTextOriginal)
-    Q_PROPERTY(QString TextSaved READ TextSaved WRITE setTextSaved)
-    Q_PROPERTY(bool Valid READ Valid)
+    Q_PROPERTY(QString TextOriginal READ TextOriginal WRITE setTextOriginal DESIGNABLE false)
+    Q_PROPERTY(QString TextSaved READ TextSaved WRITE setTextSaved DESIGNABLE false)
+    Q_PROPERTY(bool Valid READ Valid DESIGNABLE false)
 
 public:
     explicit KelCombo(QWidget *parent = nullptr);
@@ -39,6 +40,8 @@ public:
     /// outside 1..8000 or one equal to the field's width).
     qint32 DropDownWidth() const { return m_dropDownWidth; }
     void setDropDownWidth(qint32 twips);
+    /// DropDownWidth under the name it is loaded by, which .ui files and uic code use.
+    void setDropdownWidth(qint32 twips) { setDropDownWidth(twips); }
     /// Only items can stand in the field; typing completes from the list and refuses the rest.
     bool LimitToList() const { return m_limitToList; }
     void setLimitToList(bool limit);
@@ -103,6 +106,8 @@ private:
     bool raiseChangeEx();
     void selectTail(int start);
     void settleText();
+    // Within the selection depth: with LimitToList on only an equal item stands, else nothing.
+    void showText(const QString &text);
     int findExact(const QString &text) const;
     void replaceItems(QStringList items);
 

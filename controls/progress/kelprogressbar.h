@@ -11,11 +11,11 @@ namespace kel {
 class KEL_EXPORT KelProgressBar : public UserControl
 {
     Q_OBJECT
-    Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled)
+    Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled DESIGNABLE false)
     Q_PROPERTY(qint32 Max READ Max WRITE setMax)
     Q_PROPERTY(qint32 Min READ Min WRITE setMin)
     Q_PROPERTY(bool ShowTime READ ShowTime WRITE setShowTime)
-    Q_PROPERTY(qint32 Value READ Value WRITE setValue USER true)
+    Q_PROPERTY(qint32 Value READ Value WRITE setValue USER true DESIGNABLE false)
 
 public:
     explicit KelProgressBar(QWidget *parent = nullptr);

@@ -12,6 +12,7 @@ class KEL_EXPORT KelText : public FieldControl
 {
     Q_OBJECT
     Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
+    Q_PROPERTY(bool InsertMode READ InsertMode WRITE setInsertMode)
     Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
     Q_PROPERTY(qint32 hWnd READ hWnd DESIGNABLE false)
     Q_PROPERTY(int MaxLength READ MaxLength WRITE setMaxLength)

@@ -7,6 +7,9 @@
 #include <QComboBox>
 #include <QImage>
 #include <QSignalSpy>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QTest>
 
 using namespace kel;
@@ -38,6 +41,16 @@ static void type(KelCombo *c, const QString &keys)
         else
             QTest::keyClicks(field(c), QString(k));
     }
+}
+
+// The form's first combo with `list`, the limit as given and the focus.
+static KelCombo *focused(Form &f, const QString &list, bool limit, Qt::FocusReason reason = Qt::TabFocusReason)
+{
+    KelCombo *c = f.first;
+    c->setList(list);
+    c->setLimitToList(limit);
+    field(c)->setFocus(reason);
+    return c;
 }
 
 class TestKelCombo : public QObject
@@ -173,10 +186,7 @@ private slots:
         QFETCH(QString, events);
         Form f;
         QVERIFY(f.ready());
-        KelCombo *c = f.first;
-        c->setList(u"Apple,Apricot,banana"_qs);
-        c->setLimitToList(limit);
-        field(c)->setFocus(Qt::MouseFocusReason);
+        KelCombo *c = focused(f, u"Apple,Apricot,banana"_qs, limit, Qt::MouseFocusReason);
         EventLog log(c);
         type(c, keys);
         QCOMPARE(c->Combo1->Text(), text);
@@ -272,6 +282,66 @@ private slots:
         type(c, typed);
         field(f.second)->setFocus(Qt::TabFocusReason);
         QCOMPARE(c->Combo1->Text(), text);
+    }
+
+    // An empty mandatory field takes the reference text back on leaving, but only as far as
+    // the limit lets a text stand: a saved form must load to the same text.
+    void hostOriginalOnLeaving_data()
+    {
+        QTest::addColumn<bool>("limit");
+        QTest::addColumn<QString>("original");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("free") << false << u"zz"_qs << u"zz"_qs;
+        QTest::newRow("no item") << true << u"zz"_qs << QString();
+        QTest::newRow("item") << true << u"Pear"_qs << u"Pear"_qs;
+    }
+    void hostOriginalOnLeaving()
+    {
+        QFETCH(bool, limit);
+        QFETCH(QString, original);
+        QFETCH(QString, text);
+        Form f;
+        QVERIFY(f.ready());
+        KelCombo *c = focused(f, u"Apple,Pear"_qs, limit);
+        c->setTextOriginal(original);
+        QTest::keyClick(field(c), Qt::Key_Left);
+        field(f.second)->setFocus(Qt::TabFocusReason);
+        QCOMPARE(c->Text(), text);
+        KelCombo loaded;
+        MemoryPropertyBag bag;
+        c->WriteProperties(bag);
+        loaded.ReadProperties(bag);
+        QCOMPARE(loaded.Text(), text);
+    }
+
+    // A paste from the field's own menu is no keystroke: it is judged against the item it
+    // leaves, not the one the field showed before.
+    void menuPaste_data()
+    {
+        QTest::addColumn<bool>("limit");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("limited") << true << QString();
+        QTest::newRow("free") << false << u"Applezz"_qs;
+    }
+    void menuPaste()
+    {
+        QFETCH(bool, limit);
+        QFETCH(QString, text);
+        Form f;
+        QVERIFY(f.ready());
+        KelCombo *c = focused(f, u"Apple"_qs, limit);
+        c->setText(u"Apple"_qs);
+        QGuiApplication::clipboard()->setText(u"zz"_qs);
+        QContextMenuEvent menuEvent(QContextMenuEvent::Mouse, QPoint(5, 5), field(c)->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(field(c), &menuEvent);
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QVERIFY(menu);
+        for (QAction *a : menu->actions())
+            if (a->text().contains(u"Paste"_qs))
+                a->trigger();
+        menu->close();
+        QCOMPARE(c->Text(), text);
+        QCOMPARE(c->TextOriginal(), limit ? text : u"Apple"_qs);
     }
 
     void freeTextWhileLimitOffIsEmptiedOnceOn()

@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QAccessibleValueInterface>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace kel;
@@ -207,6 +208,20 @@ private slots:
         if (local < 5 || local > 86395)
             QSKIP("too close to midnight");
         QVERIFY2(qAbs(ours - local) < 0.5, qPrintable(QStringLiteral("%1 against %2").arg(ours).arg(local)));
+    }
+
+    // A bar squeezed to nothing by its form draws nowhere and comes back whole.
+    void shrunkToNothingAndBack()
+    {
+        QTest::failOnWarning(QRegularExpression(u"QPainter"_qs));
+        BarForm f;
+        QVERIFY(f.ready());
+        f.bar->setValue(50);
+        f.bar->resize(0, 0);
+        f.bar->setValue(60);
+        f.bar->resize(302, 24);
+        f.bar->setValue(100);
+        QCOMPARE(f.shownBarWidth(), 300);
     }
 
     void persistence()

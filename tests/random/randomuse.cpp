@@ -1,5 +1,6 @@
 #include "randomuse.h"
 
+#include "controls/combo/kelcombo.h"
 #include "controls/kelcontrols8.h"
 #include "forms/child.h"
 #include "forms/units.h"
@@ -938,7 +939,7 @@ private:
         }
 
         // Undo may bring back a longer text that code had set.
-        if (hasProperty(c, "MaxLength") && sameControl && isTyping(e) && !m_undone) {
+        if (hasProperty(c, "MaxLength") && sameControl && isTyping(e) && !m_undone && !isListItem(raw)) {
             const int max = c->property("MaxLength").toInt();
             if (max > 0 && raw.size() > qMax(b.rawLength, qsizetype(max)))
                 return failed(u"maxLength"_qs, QStringLiteral("MaxLength %1 but typing made %2 characters: %3")
@@ -1013,6 +1014,13 @@ private:
         if (m_class == u"KelDate") // DaysFlag may move a clamped date out of range again
             return m_control->property("DaysFlag").toInt() == 0;
         return m_class == u"KelNumber" || m_class == u"KelTime";
+    }
+    // A combo completes what is typed to a whole item, which MaxLength does not cut: the limit
+    // is on typing, not on the list.
+    bool isListItem(const QString &text) const
+    {
+        const auto *combo = qobject_cast<const KelCombo *>(m_control);
+        return combo && combo->Combo1->items().contains(text);
     }
     bool layoutsFields() const
     {
