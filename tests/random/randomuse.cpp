@@ -813,8 +813,8 @@ private:
         return parts.join(u"; "_qs);
     }
 
-    // Open defect: KelNumber bounds set before Decimals keep their finer rounding and are rounded
-    // again on load, so outside --strict such bounds (and a value clamped to them) may differ.
+    // Open defects, relaxed outside --strict: KelNumber bounds set before Decimals keep their finer
+    // rounding and are rounded again on load, so such bounds (and a value clamped to them) differ.
     bool sameBag(const MemoryPropertyBag &a, const MemoryPropertyBag &b) const
     {
         if (a.entries() == b.entries())
@@ -835,7 +835,11 @@ private:
             // A value clamped to such a bound has its decimals too; one rounded to 0 is not written.
             const bool rounded = (name == u"MinValue" || name == u"MaxValue" || name == u"Value")
                                  && std::fabs(x.toDouble() - y.toDouble()) <= 0.5000001 * std::pow(10.0, -decimals);
-            if (!rounded)
+            // Open defect: KelTime takes the time of a date just below 0 as a whole day (24:00),
+            // which loads back as 0.
+            const bool wholeDay = m_class == u"KelTime" && (name == u"MinValue" || name == u"MaxValue")
+                                  && std::fabs(x.toDouble() - y.toDouble()) == 1;
+            if (!rounded && !wholeDay)
                 return false;
         }
         return true;
@@ -931,7 +935,7 @@ private:
                 const bool changed = c->property(flag.constData()).toBool();
                 const Variant value = toKel(c->property("Value"));
                 const Variant reference = toKel(c->property(QByteArray("Value") + pair));
-                if (changed != differs(value, reference))
+                if (changed != changedFrom(reference, value))
                     return failed(u"changed"_qs, QStringLiteral("%1 is %2 for Value %3 against Value%4 %5")
                                                      .arg(QString::fromLatin1(flag)).arg(changed)
                                                      .arg(value.debugString(), QString::fromLatin1(pair), reference.debugString()));
@@ -1021,6 +1025,11 @@ private:
     {
         const auto *combo = qobject_cast<const KelCombo *>(m_control);
         return combo && combo->Combo1->items().contains(text);
+    }
+    // Unlike <>, a Null on one side only is a change: a date cleared or newly entered.
+    static bool changedFrom(const Variant &reference, const Variant &value)
+    {
+        return reference.isNull() ? !value.isNull() : value.isNull() || differs(reference, value);
     }
     bool layoutsFields() const
     {
