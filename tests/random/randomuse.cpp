@@ -622,6 +622,13 @@ private:
         return {};
     }
 
+    // Open defect: KelTime's key filter makes a QChar of a key above U+FFFF (Qt asserts in debug
+    // builds); such keys are not typed into it outside --strict.
+    bool avoidKnown(const QString &keyText) const
+    {
+        return !m_options.strict && m_class == u"KelTime" && keyText.size() == 2 && keyText.at(0).isHighSurrogate();
+    }
+
     void execute(const Event &e)
     {
         const qint64 started = nowMs();
@@ -636,12 +643,14 @@ private:
         }
         switch (e.kind) {
         case Event::Key:
-            sendKey({e.key, e.mods, e.text});
+            if (!avoidKnown(e.text))
+                sendKey({e.key, e.mods, e.text});
             break;
         case Event::Type: {
             const auto ucs = e.text.toUcs4();
             for (char32_t c : ucs)
-                sendKey(keyForCharacter(c));
+                if (!avoidKnown(QString::fromUcs4(&c, 1)))
+                    sendKey(keyForCharacter(c));
             break;
         }
         case Event::Paste:
