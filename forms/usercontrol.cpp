@@ -35,6 +35,18 @@ void UserControl::InitProperties() { onInitProperties(); }
 void UserControl::ReadProperties(PropertyBag &bag) { onReadProperties(bag); }
 void UserControl::WriteProperties(PropertyBag &bag) { onWriteProperties(bag); }
 
+// QWidget::resize on a hidden widget sends no resize event until it is shown, so the pixels it
+// has now win over twips they no longer match.
+double UserControl::Width() const
+{
+    return twipsToPixelsX(m_widthTwips) == width() ? m_widthTwips : width() * twipsPerPixelX();
+}
+
+double UserControl::Height() const
+{
+    return twipsToPixelsY(m_heightTwips) == height() ? m_heightTwips : height() * twipsPerPixelY();
+}
+
 void UserControl::setWidth(double twips)
 {
     m_widthTwips = twips;

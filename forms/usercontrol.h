@@ -29,17 +29,17 @@ public:
     void WriteProperties(PropertyBag &bag);
 
     /// The control's width in twips (1/1440 inch).
-    double Width() const { return m_widthTwips; }
+    double Width() const;
     /// The control's height in twips.
-    double Height() const { return m_heightTwips; }
+    double Height() const;
     /// Resizes the control (the layout rules may then adjust it).
     void setWidth(double twips);
     /// Resizes the control (the layout rules may then adjust it).
     void setHeight(double twips);
     /// The inner width in twips (the control has no border, so Width()).
-    double ScaleWidth() const { return m_widthTwips; }
+    double ScaleWidth() const { return Width(); }
     /// The inner height in twips.
-    double ScaleHeight() const { return m_heightTwips; }
+    double ScaleHeight() const { return Height(); }
 
     /// A handle unique to this control (its native window id once it has one). Not named
     /// windowHandle(): that would hide QWidget's own.

@@ -1,6 +1,7 @@
 #include "common/baskelcontrols.h"
 #include "controls/number/kelnumber.h"
 #include "controls/text/keltext.h"
+#include "forms/units.h"
 #include "kelfixture.h"
 #include "library/kelcontrolhandler.h"
 
@@ -28,7 +29,7 @@ public:
 using Form = test::TwoFieldForm<KelText>;
 
 // Sizes in twips; the control itself ends where its field does.
-struct LayoutCase { bool multi; int captionWidth, width, height; QRect label, field; };
+struct LayoutCase { bool multi; int captionWidth, width, height; QRect label, field; bool sizedHidden; };
 
 QWidget *field(KelText *t) { return t->findChild<QWidget *>(u"Text1(0)"_qs); }
 
@@ -120,8 +121,8 @@ private slots:
     void layout_data()
     {
         QTest::addColumn<LayoutCase>("c");
-        const auto row = [](const char *name, bool multi, int caption, int w, int h, QRect label, QRect field) {
-            QTest::newRow(name) << LayoutCase{multi, caption, w, h, label, field};
+        const auto row = [](const char *name, bool multi, int caption, int w, int h, QRect label, QRect field, bool hidden = false) {
+            QTest::newRow(name) << LayoutCase{multi, caption, w, h, label, field, hidden};
         };
         row("plain", false, 1500, 4500, 300, QRect(0, 0, 1500, 195), QRect(1500, 0, 3000, 300));
         row("too low", false, 1500, 4500, 150, QRect(0, 0, 1500, 195), QRect(1500, 0, 3000, 300));
@@ -129,6 +130,8 @@ private slots:
         row("narrower than caption", false, 1500, 900, 300, QRect(0, 0, 900, 195), QRect(900, 0, 0, 300));
         row("below 100", false, 1500, 45, 300, QRect(0, 0, 100, 195), QRect(100, 0, 0, 300));
         row("multi caption full height", true, 1500, 4500, 900, QRect(0, 0, 1500, 900), QRect(1500, 0, 3000, 900));
+        // QWidget::resize before the caption, as a form loads
+        row("sized hidden", false, 2349, 4500, 300, QRect(0, 0, 2349, 195), QRect(2349, 0, 2151, 300), true);
         row("no caption", false, 0, 3000, 300, QRect(0, 0, 0, 195), QRect(0, 0, 3000, 300));
     }
     void layout()
@@ -136,9 +139,13 @@ private slots:
         QFETCH(LayoutCase, c);
         KelText t;
         t.setMultiLine(c.multi);
+        if (c.sizedHidden)
+            t.resize(twipsToPixelsX(c.width), twipsToPixelsY(c.height));
         t.setCaptionWidth(qint16(c.captionWidth));
-        t.setWidth(c.width);
-        t.setHeight(c.height);
+        if (!c.sizedHidden) {
+            t.setWidth(c.width);
+            t.setHeight(c.height);
+        }
         auto rect = [](const Child *ch) { return QRect(qRound(ch->Left()), qRound(ch->Top()), qRound(ch->Width()), qRound(ch->Height())); };
         QCOMPARE(QRect(0, 0, qRound(t.Width()), qRound(t.Height())), QRect(0, 0, c.field.right() + 1, c.field.height()));
         QCOMPARE(rect(t.Label1), c.label);

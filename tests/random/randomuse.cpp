@@ -3,6 +3,7 @@
 #include "controls/combo/kelcombo.h"
 #include "controls/kelcontrols8.h"
 #include "forms/child.h"
+#include "forms/units.h"
 #include "forms/usercontrol.h"
 #include "library/librarysettings.h"
 #include "library/classfactory.h"
@@ -94,49 +95,41 @@ private:
 
 QString longText(int n, char16_t c) { return QString(n, QChar(c)); }
 
-const QStringList &strings(bool strict)
+const QStringList &strings()
 {
-    static const QStringList common = {
+    static const QStringList all = {
         QString(), u"0"_qs, u"-1"_qs, u" 12,345.67 "_qs, u"(5)"_qs, u"1e308"_qs, u"-1E-308"_qs, u"&HFF"_qs,
         u"abc"_qs, u"Ab Cd  "_qs, u"\t"_qs, u"\r"_qs, u"\n"_qs, u"\r\n"_qs, u"a\r\n\r\n"_qs, u"a\rb\nc\r\n"_qs,
         u" \r\n "_qs, QString(QChar(0)) + u"x"_qs, u"\u00e4\u00f6\u00fc \u00df \u20ac"_qs, u"\u4e2d\u6587"_qs,
         u"\u05e9\u05dc\u05d5\u05dd"_qs, u"e\u0301"_qs, u"\u00a0"_qs, u"a\u2028b"_qs, u"\ufeff1"_qs, u"\ufffd"_qs,
         u"\uffff"_qs, u"\U0001F600"_qs, u"a\U0001F600b"_qs, QString(QChar(0xD800)), QString(QChar(0xDC00)) + u"z"_qs,
         u"1,2,3"_qs, u"\"a,b\",c"_qs, QString(300, u','), u"01/02/2003"_qs, u"31.12.9999"_qs, u"23:59:59"_qs,
-        u"Now"_qs, u"\u202eevil"_qs,
+        u"Now"_qs, u"\u202eevil"_qs, u"a\ufdeab"_qs, u"\ufdeb"_qs, u"\ufdec"_qs, u"\ufdd0"_qs, u"x\ufdd1"_qs,
+        u"x\u2029y"_qs,
     };
-    // Noncharacters and U+2029 break the multi-line box today (being fixed).
-    static const QStringList extra = common + QStringList{u"a\ufdeab"_qs, u"\ufdeb"_qs, u"\ufdec"_qs,
-                                                          u"\ufdd0"_qs, u"x\ufdd1"_qs, u"x\u2029y"_qs};
-    return strict ? extra : common;
+    return all;
 }
 
 // Code points typed or pasted one by one.
-const std::vector<char32_t> &characters(bool strict)
+const std::vector<char32_t> &characters()
 {
-    static const std::vector<char32_t> common = [] {
+    static const std::vector<char32_t> all = [] {
         std::vector<char32_t> c;
         for (char32_t i = 32; i < 127; ++i)
             c.push_back(i);
         for (char32_t d : U"0123456789-.,0123456789-.,()")
             if (d)
                 c.push_back(d);
-        for (char32_t u : U"\r\n\t\u00e9\u00df\u20ac\u0416\u4e2d\u05d0\u0301\u00a0\u2028\ufeff\U0001F600\U00010348")
+        for (char32_t u : U"\r\n\t\u00e9\u00df\u20ac\u0416\u4e2d\u05d0\u0301\u00a0\u2028\ufeff\U0001F600\U00010348"
+                          U"\ufdd0\ufdd1\ufdea\ufdeb\ufdec\u2029")
             if (u)
                 c.push_back(u);
         return c;
     }();
-    static const std::vector<char32_t> extra = [] {
-        std::vector<char32_t> c = common;
-        for (char32_t u : U"\ufdd0\ufdd1\ufdea\ufdeb\ufdec\u2029")
-            if (u)
-                c.push_back(u);
-        return c;
-    }();
-    return strict ? extra : common;
+    return all;
 }
 
-QString randomString(Rng &rng, bool strict)
+QString randomString(Rng &rng)
 {
     // Rare: a long text makes every later layout of a narrow multi-line box slow.
     if (rng.below(1000) < 3) {
@@ -144,11 +137,11 @@ QString randomString(Rng &rng, bool strict)
         return longer[rng.below(2)];
     }
     if (rng.chance(40))
-        return rng.pick(strings(strict));
+        return rng.pick(strings());
     const int n = rng.chance(10) ? rng.below(200) : rng.below(12);
     QString s;
     for (int i = 0; i < n; ++i) {
-        const char32_t c = rng.pick(characters(strict));
+        const char32_t c = rng.pick(characters());
         s += QString::fromUcs4(&c, 1);
     }
     return s;
@@ -179,7 +172,7 @@ int randomInt(Rng &rng)
     return rng.chance(70) ? ints[rng.below(int(std::size(ints)))] : rng.below(6000) - 1000;
 }
 
-Variant randomVariant(Rng &rng, bool strict)
+Variant randomVariant(Rng &rng)
 {
     switch (rng.below(10)) {
     case 0: return rng.chance(50) ? Variant() : Variant(Null);
@@ -188,12 +181,12 @@ Variant randomVariant(Rng &rng, bool strict)
     case 3: return qint32(randomInt(rng));
     case 4: case 5: return randomDouble(rng);
     case 6: return Date{randomDouble(rng)};
-    case 7: return rng.chance(95) ? Variant(randomString(rng, strict)) : Variant(std::shared_ptr<QObject>());
-    default: return rng.pick(strings(strict));
+    case 7: return rng.chance(95) ? Variant(randomString(rng)) : Variant(std::shared_ptr<QObject>());
+    default: return rng.pick(strings());
     }
 }
 
-QVariant randomQVariant(Rng &rng, bool strict)
+QVariant randomQVariant(Rng &rng)
 {
     switch (rng.below(14)) {
     case 0: return QVariant();
@@ -201,14 +194,14 @@ QVariant randomQVariant(Rng &rng, bool strict)
     case 2: return randomInt(rng);
     case 3: return qint64(1) << (30 + rng.below(33));
     case 4: case 5: return randomDouble(rng);
-    case 6: case 7: return randomString(rng, strict);
+    case 6: case 7: return randomString(rng);
     case 8: {
         static const QDate dates[] = {QDate(2024, 2, 29), QDate(), QDate(1, 1, 1), QDate(9999, 12, 31), QDate(1899, 12, 30), QDate(100, 3, 1)};
         return dates[rng.below(int(std::size(dates)))];
     }
     case 9: return rng.chance(50) ? QVariant(QDateTime(QDate(2000, 1, 1), QTime(23, 59, 59, 999))) : QVariant(QDateTime());
     case 10: return rng.chance(50) ? QVariant(QTime(12, 30)) : QVariant(QTime());
-    case 11: return QVariant::fromValue(randomVariant(rng, strict));
+    case 11: return QVariant::fromValue(randomVariant(rng));
     case 12: return QStringList{u"a"_qs, u"b"_qs};
     default: return rng.chance(50) ? QVariant(QByteArray("12")) : QVariant(QSize(1, 2));
     }
@@ -225,10 +218,10 @@ bool usuallyUsable(Rng &rng, const QString &property, bool value)
     return value;
 }
 
-QVariant valueFor(Rng &rng, QMetaType type, bool strict)
+QVariant valueFor(Rng &rng, QMetaType type)
 {
     if (rng.chance(35))
-        return randomQVariant(rng, strict);
+        return randomQVariant(rng);
     if (type == QMetaType::fromType<bool>())
         return rng.chance(50);
     if (type == QMetaType::fromType<qint16>() || type == QMetaType::fromType<qint32>())
@@ -236,52 +229,28 @@ QVariant valueFor(Rng &rng, QMetaType type, bool strict)
     if (type == QMetaType::fromType<double>())
         return randomDouble(rng);
     if (type == QMetaType::fromType<QString>())
-        return randomString(rng, strict);
+        return randomString(rng);
     if (type == QMetaType::fromType<Date>())
         return QVariant::fromValue(Date{randomDouble(rng)});
     if (type == QMetaType::fromType<Variant>())
-        return rng.chance(50) ? QVariant::fromValue(randomVariant(rng, strict)) : randomQVariant(rng, strict);
-    return randomQVariant(rng, strict);
+        return rng.chance(50) ? QVariant::fromValue(randomVariant(rng)) : randomQVariant(rng);
+    return randomQVariant(rng);
 }
 
-Variant variantFor(Rng &rng, typemodel::VType type, bool strict)
+Variant variantFor(Rng &rng, typemodel::VType type)
 {
     using typemodel::VType;
     if (rng.chance(20))
-        return randomVariant(rng, strict);
+        return randomVariant(rng);
     switch (type) {
-    case VType::String: return randomString(rng, strict);
+    case VType::String: return randomString(rng);
     case VType::Boolean: return rng.chance(50);
     case VType::Int16: case VType::Int32: return rng.chance(50) ? Variant(qint32(randomInt(rng))) : Variant(randomDouble(rng));
     case VType::DaysFlag: return qint32(rng.below(6) - 1);
     case VType::Double: return randomDouble(rng);
     case VType::Date: return Date{randomDouble(rng)};
-    default: return randomVariant(rng, strict);
+    default: return randomVariant(rng);
     }
-}
-
-// Known defects being fixed elsewhere: keep the short pass off them until the fixes land.
-bool hugeOrNotFinite(double d) { return !std::isfinite(d) || std::fabs(d) >= 1e280; }
-
-void avoidKnown(const QString &member, typemodel::VType type, Variant &v)
-{
-    using typemodel::VType;
-    bool ok = false;
-    const double d = v.toDouble(&ok);
-    // NaN into a 16/32-bit member through dispatch is undefined behaviour.
-    if ((type == VType::Int16 || type == VType::Int32 || type == VType::DaysFlag) && ok && std::isnan(d))
-        v = INFINITY;
-    // A step that overflows to infinity lands on 0.
-    if (member == u"UpDownChange" && ok && hugeOrNotFinite(d))
-        v = 1.0;
-}
-
-void avoidKnown(const QString &property, QVariant &v)
-{
-    bool ok = false;
-    const double d = v.metaType() == QMetaType::fromType<Variant>() ? v.value<Variant>().toDouble(&ok) : v.toDouble(&ok);
-    if (property == u"UpDownChange" && ok && hugeOrNotFinite(d))
-        v = 1.0;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -599,13 +568,12 @@ private:
             b.min = number(m_control->property("MinValue"));
             b.max = number(m_control->property("MaxValue"));
             b.stepCheck = b.min <= b.value && b.value <= b.max && std::isfinite(b.step)
-                          && (m_options.strict || (std::fabs(b.min) < 1e300 && std::fabs(b.max) < 1e300 && std::fabs(b.step) < 1e280
-                                                   && fitsDecimals(b.value) && fitsDecimals(b.min) && fitsDecimals(b.max)));
+                          && (m_options.strict || (fitsDecimals(b.value) && fitsDecimals(b.min) && fitsDecimals(b.max)));
         }
         return b;
     }
 
-    // False for a bound (or a value clamped to it) finer than Decimals: see sameBag.
+    // False for a bound (or a value clamped to it) finer than Decimals: the open defect of sameBag.
     bool fitsDecimals(double v) const
     {
         const int set = m_control->property("Decimals").toInt();
@@ -654,6 +622,13 @@ private:
         return {};
     }
 
+    // Open defect: KelTime's key filter makes a QChar of a key above U+FFFF (Qt asserts in debug
+    // builds); such keys are not typed into it outside --strict.
+    bool avoidKnown(const QString &keyText) const
+    {
+        return !m_options.strict && m_class == u"KelTime" && keyText.size() == 2 && keyText.at(0).isHighSurrogate();
+    }
+
     void execute(const Event &e)
     {
         const qint64 started = nowMs();
@@ -668,12 +643,14 @@ private:
         }
         switch (e.kind) {
         case Event::Key:
-            sendKey({e.key, e.mods, e.text});
+            if (!avoidKnown(e.text))
+                sendKey({e.key, e.mods, e.text});
             break;
         case Event::Type: {
             const auto ucs = e.text.toUcs4();
             for (char32_t c : ucs)
-                sendKey(keyForCharacter(c));
+                if (!avoidKnown(QString::fromUcs4(&c, 1)))
+                    sendKey(keyForCharacter(c));
             break;
         }
         case Event::Paste:
@@ -706,9 +683,7 @@ private:
             break;
         }
         case Event::SetProperty: {
-            QVariant v = e.value;
-            if (!m_options.strict)
-                avoidKnown(e.name, v);
+            const QVariant &v = e.value;
             const bool ok = m_control->setProperty(e.name.toLatin1().constData(), v);
             if (ok && (e.name == u"Text" || e.name == u"Caption") && v.metaType() == QMetaType::fromType<QString>())
                 m_textSet = {e.name, v.toString()};
@@ -802,12 +777,6 @@ private:
             return;
         const DispatchKind kind = DispatchKind(e.extra & 3);
         std::vector<Variant> args = e.args;
-        if (!m_options.strict) {
-            for (size_t i = 0; i < args.size(); ++i) {
-                const typemodel::VType t = kind == DispatchKind::PropertyPut || i >= m->args.size() ? m->type : m->args[i].type;
-                avoidKnown(m->name, t, args[i]);
-            }
-        }
         const std::vector<Variant> put = args;
         const DispatchResult r = (e.extra & 4) ? dispatchInvoke(m_control, m->dispid, kind, args)
                                                : dispatchInvoke(m_control, m->name, kind, args);
@@ -853,9 +822,9 @@ private:
         return parts.join(u"; "_qs);
     }
 
-    // Bounds set before Decimals keep their finer rounding and are rounded again on load: a
-    // new finding, left out of the short pass until it is settled.
-    bool sameBag(const MemoryPropertyBag &a, const MemoryPropertyBag &b, bool captionOverhangs) const
+    // Open defects, relaxed outside --strict: KelNumber bounds set before Decimals keep their finer
+    // rounding and are rounded again on load, so such bounds (and a value clamped to them) differ.
+    bool sameBag(const MemoryPropertyBag &a, const MemoryPropertyBag &b) const
     {
         if (a.entries() == b.entries())
             return true;
@@ -875,9 +844,11 @@ private:
             // A value clamped to such a bound has its decimals too; one rounded to 0 is not written.
             const bool rounded = (name == u"MinValue" || name == u"MaxValue" || name == u"Value")
                                  && std::fabs(x.toDouble() - y.toDouble()) <= 0.5000001 * std::pow(10.0, -decimals);
-            // A twips size that was not laid out (being fixed) leaves the caption wider than the control.
-            const bool overhang = name == u"CaptionWidth" && captionOverhangs;
-            if (!rounded && !overhang)
+            // Open defect: KelTime takes the time of a date just below 0 as a whole day (24:00),
+            // which loads back as 0.
+            const bool wholeDay = m_class == u"KelTime" && (name == u"MinValue" || name == u"MaxValue")
+                                  && x.toDouble() == 1;
+            if (!rounded && !wholeDay)
                 return false;
         }
         return true;
@@ -893,19 +864,17 @@ private:
             delete o;
             return;
         }
-        // A host sizes a control before it reads its properties, and shows it afterwards; a
-        // hidden control does not know its size yet (a new finding, shown first until fixed).
+        // A host sizes a control in pixels before it reads its properties, and shows it afterwards.
+        // Twips that no whole pixel count carries (500 is 33.3 pixels) come from the saved form.
         fresh->setGeometry(m_control->geometry());
-        // In twips as the form saved them: pixels lose a width such as 500 twips (33.3 pixels),
-        // and a caption as wide as the control would then come back narrower.
-        fresh->setWidth(m_control->Width());
-        fresh->setHeight(m_control->Height());
-        if (!m_options.strict)
-            fresh->show();
+        if (twipsToPixelsX(m_control->Width()) * twipsPerPixelX() != m_control->Width())
+            fresh->setWidth(m_control->Width());
+        if (twipsToPixelsY(m_control->Height()) * twipsPerPixelY() != m_control->Height())
+            fresh->setHeight(m_control->Height());
         fresh->ReadProperties(first);
         MemoryPropertyBag second;
         fresh->WriteProperties(second);
-        if (!sameBag(first, second, m_control->property("CaptionWidth").toDouble() > m_control->Width()))
+        if (!sameBag(first, second))
             m_bagError = u"saved: "_qs + bagText(first) + u"\nloaded and saved again: "_qs + bagText(second);
         if (!replace) {
             delete fresh;
@@ -975,7 +944,7 @@ private:
                 const bool changed = c->property(flag.constData()).toBool();
                 const Variant value = toKel(c->property("Value"));
                 const Variant reference = toKel(c->property(QByteArray("Value") + pair));
-                if (changed != differs(value, reference))
+                if (changed != changedFrom(reference, value))
                     return failed(u"changed"_qs, QStringLiteral("%1 is %2 for Value %3 against Value%4 %5")
                                                      .arg(QString::fromLatin1(flag)).arg(changed)
                                                      .arg(value.debugString(), QString::fromLatin1(pair), reference.debugString()));
@@ -1035,7 +1004,7 @@ private:
                                                  .arg(box.style).arg(escaped(box.title), escaped(box.prompt)));
         m_services->boxes.clear();
 
-        if (m_options.strict && (e.kind == Event::Resize || e.name == u"CaptionWidth")) {
+        if (e.kind == Event::Resize || e.name == u"CaptionWidth") {
             const double h = m_control->Height();
             const QString heightRule = m_class == u"KelText" ? u"at least"_qs : u"exactly"_qs;
             if (layoutsFields() && (heightRule == u"exactly" ? h != 300 : h < 300))
@@ -1065,6 +1034,11 @@ private:
     {
         const auto *combo = qobject_cast<const KelCombo *>(m_control);
         return combo && combo->Combo1->items().contains(text);
+    }
+    // Unlike <>, a Null on one side only is a change: a date cleared or newly entered.
+    static bool changedFrom(const Variant &reference, const Variant &value)
+    {
+        return reference.isNull() ? !value.isNull() : value.isNull() || differs(reference, value);
     }
     bool layoutsFields() const
     {
@@ -1152,11 +1126,10 @@ QStringList controlClasses()
     return out;
 }
 
-std::vector<Event> generate(const QString &className, quint64 seed, int count, const Options &options)
+std::vector<Event> generate(const QString &className, quint64 seed, int count)
 {
     const ClassInfo &info = classInfo(className);
     Rng rng(seed);
-    const bool strict = options.strict;
     std::vector<Event> events;
     events.reserve(size_t(count));
     static const Qt::FocusReason reasons[] = {Qt::TabFocusReason, Qt::BacktabFocusReason, Qt::MouseFocusReason, Qt::OtherFocusReason};
@@ -1169,15 +1142,15 @@ std::vector<Event> generate(const QString &className, quint64 seed, int count, c
                 const KeySpec &k = rng.pick(specialKeys());
                 e.key = k.key, e.mods = k.mods, e.text = k.text;
             } else {
-                const KeySpec k = keyForCharacter(rng.pick(characters(strict)));
+                const KeySpec k = keyForCharacter(rng.pick(characters()));
                 e.key = k.key, e.mods = k.mods, e.text = k.text;
             }
         } else if (r < 32) {
             e.kind = Event::Type;
-            e.text = randomString(rng, strict).left(300);
+            e.text = randomString(rng).left(300);
         } else if (r < 36) {
             e.kind = Event::Paste;
-            e.text = randomString(rng, strict);
+            e.text = randomString(rng);
             e.extra = rng.below(2);
         } else if (r < 47) {
             const int c = rng.below(10);
@@ -1197,7 +1170,7 @@ std::vector<Event> generate(const QString &className, quint64 seed, int count, c
             e.kind = Event::SetProperty;
             const ClassInfo::Prop &p = rng.pick(info.properties);
             e.name = p.name;
-            e.value = valueFor(rng, p.type, strict);
+            e.value = valueFor(rng, p.type);
             if (e.value.metaType() == QMetaType::fromType<bool>())
                 e.value = usuallyUsable(rng, e.name, e.value.toBool());
         } else if (r < 84 && !info.members.empty()) {
@@ -1210,21 +1183,21 @@ std::vector<Event> generate(const QString &className, quint64 seed, int count, c
                                                                             : DispatchKind::PropertyGet;
             e.extra = int(kind) | (rng.chance(50) ? 4 : 0);
             if (kind == DispatchKind::PropertyPut) {
-                e.args.push_back(variantFor(rng, m->type, strict));
+                e.args.push_back(variantFor(rng, m->type));
                 if (const bool *b = e.args.back().get<bool>())
                     e.args.back() = usuallyUsable(rng, e.name, *b);
             } else {
                 for (const typemodel::Argument &a : m->args)
                     if (!a.optional || rng.chance(70))
-                        e.args.push_back(variantFor(rng, a.type, strict));
+                        e.args.push_back(variantFor(rng, a.type));
             }
             if (rng.chance(4))
-                e.args.push_back(randomVariant(rng, strict));
+                e.args.push_back(randomVariant(rng));
         } else if (r < 91 && !info.methods.empty()) {
             e.kind = Event::Method;
             e.name = rng.pick(info.methods);
             if (e.name == u"TooltipSet")
-                e.args.push_back(randomString(rng, strict));
+                e.args.push_back(randomString(rng));
             else if (e.name == u"Valid" && rng.chance(70))
                 e.args.push_back(rng.chance(80));
         } else if (r < 95) {

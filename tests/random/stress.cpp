@@ -60,7 +60,7 @@ int main(int argc, char **argv)
         QMap<QString, int> seen;
         for (quint64 seed : seeds) {
             randomuse::setPosition(seed, cls);
-            const auto events = randomuse::generate(cls, seed, count, options);
+            const auto events = randomuse::generate(cls, seed, count);
             if (printFrom >= 0) {
                 for (int i = printFrom; i <= printTo && i < int(events.size()); ++i)
                     std::printf("%s seed %llu event %d: %s\n", qPrintable(cls), seed, i, qPrintable(events[size_t(i)].describe()));

@@ -20,10 +20,9 @@ private slots:
 
     void sameSeedSameEvents()
     {
-        const randomuse::Options o;
-        auto text = [&](quint64 seed) {
+        auto text = [](quint64 seed) {
             QStringList out;
-            for (const randomuse::Event &e : randomuse::generate(u"KelNumber"_qs, seed, 300, o))
+            for (const randomuse::Event &e : randomuse::generate(u"KelNumber"_qs, seed, 300))
                 out << e.describe();
             return out;
         };
@@ -42,7 +41,7 @@ private slots:
         std::vector<randomuse::Event> events;
         randomuse::Failure f;
         for (; seed <= 20 && !f.failed(); ++seed) {
-            events = randomuse::generate(cls, seed, 2000, o);
+            events = randomuse::generate(cls, seed, 2000);
             f = randomuse::run(cls, events, o);
         }
         QCOMPARE(f.check, u"extra"_qs);
@@ -64,7 +63,7 @@ private slots:
         const randomuse::Options options;
         for (quint64 seed : {1ull, 2ull}) {
             randomuse::setPosition(seed, className);
-            const auto events = randomuse::generate(className, seed, count / 2, options);
+            const auto events = randomuse::generate(className, seed, count / 2);
             const randomuse::Failure f = randomuse::run(className, events, options);
             if (f.failed()) {
                 const auto shrunk = randomuse::shrink(className, events, f, options, 60);
