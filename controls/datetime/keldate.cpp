@@ -53,7 +53,8 @@ void KelDate::setDaysFlag(qint32 flag)
     propertyChanged(QStringLiteral("DaysFlag"));
     // A value already shown is pinned now, so that DaysFlag before or after Value gives one field.
     const Date *d = m_value.get<Date>();
-    if (!d || m_textDirty || Text1->Locked())
+    // Locked or not: Value pins whatever the lock, so this must too.
+    if (!d || m_textDirty)
         return;
     const double was = d->serial, now = pinned(was);
     if (now == was)

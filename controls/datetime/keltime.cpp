@@ -51,6 +51,18 @@ void KelTime::setFormat(const QString &format)
     formatChanged();
 }
 
+void KelTime::setMaxValue(QTime value)
+{
+    if (value.isValid())
+        setMaxValue(QDateTime(toQDate(0), value));
+}
+
+void KelTime::setMinValue(QTime value)
+{
+    if (value.isValid())
+        setMinValue(QDateTime(toQDate(0), value));
+}
+
 DateTimeField::Wording KelTime::wording() const
 {
     return {QStringLiteral("Invalid Time"), QStringLiteral("This field only accepts times from "),
