@@ -596,6 +596,8 @@ private:
                 *ok = true;
             return v.value<Date>().serial;
         }
+        if (v.metaType() == QMetaType::fromType<QDateTime>() || v.metaType() == QMetaType::fromType<QTime>())
+            return number(QVariant::fromValue(v.value<Variant>()), ok);
         return v.toDouble(ok);
     }
 
@@ -605,6 +607,8 @@ private:
             return v.value<Variant>();
         if (v.metaType() == QMetaType::fromType<Date>())
             return v.value<Date>();
+        if (v.metaType() == QMetaType::fromType<QDateTime>() || v.metaType() == QMetaType::fromType<QTime>())
+            return v.value<Variant>();
         if (v.metaType() == QMetaType::fromType<bool>())
             return v.toBool();
         if (v.metaType() == QMetaType::fromType<QString>())
@@ -888,7 +892,7 @@ private:
                 const bool changed = c->property(flag.constData()).toBool();
                 const Variant value = toKel(c->property("Value"));
                 const Variant reference = toKel(c->property(QByteArray("Value") + pair));
-                if (changed != differs(value, reference))
+                if (changed != valueChanged(value, reference))
                     return failed(u"changed"_qs, QStringLiteral("%1 is %2 for Value %3 against Value%4 %5")
                                                      .arg(QString::fromLatin1(flag)).arg(changed)
                                                      .arg(value.debugString(), QString::fromLatin1(pair), reference.debugString()));
@@ -951,6 +955,13 @@ private:
         if (m_class == u"KelDate") // DaysFlag may move a clamped date out of range again
             return m_control->property("DaysFlag").toInt() == 0;
         return m_class == u"KelNumber" || m_class == u"KelTime";
+    }
+    // Date and time fields count a move to or from Null as a change; the classic <> does not.
+    bool valueChanged(const Variant &value, const Variant &reference) const
+    {
+        if ((m_class == u"KelDate" || m_class == u"KelTime") && (value.isNull() || reference.isNull()))
+            return value.isNull() != reference.isNull();
+        return differs(value, reference);
     }
     bool layoutsFields() const
     {
