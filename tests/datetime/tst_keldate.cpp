@@ -167,6 +167,27 @@ private slots:
         QVERIFY(d->Changed());
     }
 
+    // Leaving a field the user did not type in reads its shown text back: that must give the
+    // same date in any format the run-time object can show.
+    void leavingUntouchedKeepsTheDate_data()
+    {
+        QTest::addColumn<QString>("format");
+        for (const char16_t *f : {u"dd/mm/yyyy", u"mm/dd/yyyy", u"d-m-yy", u"dd mmm yyyy", u"dddd d mmmm yyyy", u"yyyymmdd"})
+            QTest::newRow(qPrintable(str(f))) << str(f);
+    }
+    void leavingUntouchedKeepsTheDate()
+    {
+        QFETCH(QString, format);
+        const Variant day = Date{serial(2013, 3, 5)};
+        d->setFormat(format);
+        d->setValue(day);
+        enter(d);
+        play(d, u"E");
+        enter(f->second);
+        QCOMPARE(d->Value(), day);
+        QVERIFY(!d->Changed());
+    }
+
     // Dates are set from code (out of range stays until a commit); other text is typed and read
     // as shown. A refusal puts the focus back in the field.
     void valid_data()
