@@ -158,7 +158,8 @@ FieldControl::LayoutRules DateTimeField::layoutRules() const
 
 QString DateTimeField::formatted(double serial) const
 {
-    return FormatDate(serial, m_format, runtimeLocale());
+    // The run-time object's region, so that what the field shows parses back.
+    return FormatDate(serial, m_format, regionalLocale());
 }
 
 double DateTimeField::clamped(double v) const
