@@ -108,7 +108,14 @@ double KelDate::pinned(double serial) const
 Variant KelDate::persistedValue() const
 {
     if (const Date *d = m_value.get<Date>())
-        return d->serial == today() ? QStringLiteral("Now") : FormatDate(d->serial, SavedFormat);
+    {
+        if (d->serial == today())
+            return QStringLiteral("Now");
+        // Always eight digits: a year before 1000 would otherwise not read back.
+        const QChar zero = u'0';
+        return QStringLiteral("%1%2%3").arg(Day(d->serial), 2, 10, zero).arg(Month(d->serial), 2, 10, zero)
+                .arg(Year(d->serial), 4, 10, zero);
+    }
     return QString();
 }
 

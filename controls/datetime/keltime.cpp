@@ -5,6 +5,8 @@
 #include "platform/format.h"
 #include "platform/services.h"
 
+#include <algorithm>
+
 namespace kel {
 
 namespace {
@@ -61,6 +63,11 @@ void KelTime::setMinValue(QTime value)
 {
     if (value.isValid())
         setMinValue(QDateTime(toQDate(0), value));
+}
+
+double KelTime::bound(double serial) const
+{
+    return std::min(std::round(normalised(serial) * 86400) / 86400, LastSecond);
 }
 
 DateTimeField::Wording KelTime::wording() const

@@ -34,7 +34,8 @@ protected:
     std::optional<double> parse(const QString &text) const override;
     // Only the time of day counts: bounds and values given as date-times lose their date.
     double normalised(double serial) const override { return serial - std::floor(serial); }
-    double bound(double serial) const override { return normalised(serial); }
+    // Whole seconds: a bound a split second before midnight would read back as midnight.
+    double bound(double serial) const override;
     bool accepts(int keyAscii) const override;
     bool nullAlwaysValidWhenOptional() const override { return true; }
     Variant persistedValue() const override;
