@@ -53,8 +53,9 @@ void KelDate::setDaysFlag(qint32 flag)
     propertyChanged(QStringLiteral("DaysFlag"));
     // A value already shown is pinned now, so that DaysFlag before or after Value gives one field.
     const Date *d = m_value.get<Date>();
-    // Locked or not: Value pins whatever the lock, so this must too.
-    if (!d || m_textDirty)
+    // Locked or not: Value pins whatever the lock, so this must too. Typed text stays as typed
+    // (its commit pins it), but the value saved meanwhile is pinned.
+    if (!d)
         return;
     const double was = d->serial, now = pinned(was);
     if (now == was)
@@ -62,7 +63,8 @@ void KelDate::setDaysFlag(qint32 flag)
     if (const Date *o = m_valueOriginal.get<Date>(); o && o->serial == was)
         m_valueOriginal = Date{now};
     m_value = Date{now};
-    showText(formatted(now));
+    if (!m_textDirty)
+        showText(formatted(now));
 }
 
 void KelDate::setFormat(const QString &format)
