@@ -87,7 +87,7 @@ std::optional<double> KelTime::parse(const QString &text) const
 
 bool KelTime::accepts(int keyAscii) const
 {
-    return (keyAscii >= u'0' && keyAscii <= u'9') || QStringView(u".:AMPamp").contains(QChar(keyAscii));
+    return (keyAscii >= u'0' && keyAscii <= u'9') || (keyAscii < 128 && QStringView(u".:AMPamp").contains(QChar(keyAscii)));
 }
 
 Variant KelTime::persistedValue() const
