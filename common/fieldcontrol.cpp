@@ -2,7 +2,6 @@
 
 #include "common/baskelcontrols.h"
 #include "library/dispatch.h"
-#include "runtime/kelruntime8.h"
 
 namespace kel {
 
@@ -175,13 +174,6 @@ void writeFromGetters(QObject *control, PropertyBag &bag, const std::vector<Pers
 {
     for (const Persisted &p : order)
         bag.WriteProperty(p.name, dispatchGet(control, p.writeFrom.isEmpty() ? p.name : p.writeFrom), p.writeDefault);
-}
-
-QLocale runtimeRegion()
-{
-    if (const auto rt = std::dynamic_pointer_cast<KelRuntime8>(librarySettings().Runtime))
-        return rt->locale();
-    return QLocale();
 }
 
 void takeFieldFont(Child *field)

@@ -5,6 +5,7 @@
 /// through the public setters. A control states only where it departs.
 #include "forms/label.h"
 #include "forms/usercontrol.h"
+#include "library/librarysettings.h"
 #include "platform/kelexport.h"
 #include "platform/variant.h"
 
@@ -28,7 +29,7 @@ void readThroughSetters(QObject *control, PropertyBag &bag, const std::vector<Pe
 // Writes each entry of `order` from the control's getter, with its default.
 void writeFromGetters(QObject *control, PropertyBag &bag, const std::vector<Persisted> &order);
 // The run-time object's region (the system's when it does not say), for formatting numbers.
-QLocale runtimeRegion();
+inline QLocale runtimeRegion() { return regionalLocale(); }
 // The run-time object's field font on `field`; a run-time object without fonts leaves it alone.
 void takeFieldFont(Child *field);
 

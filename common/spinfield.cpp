@@ -2,7 +2,6 @@
 
 #include "common/baskelcontrols.h"
 #include "platform/services.h"
-#include "runtime/kelruntime8.h"
 
 #include <utility>
 
@@ -29,13 +28,6 @@ IKelRuntime &heldRuntime()
     if (!librarySettings().Runtime)
         InitControls();
     return *librarySettings().Runtime;
-}
-
-QLocale runtimeLocale()
-{
-    if (const auto rt = std::dynamic_pointer_cast<KelRuntime8>(librarySettings().Runtime))
-        return rt->locale();
-    return QLocale();
 }
 
 void SpinField::setUpDown(bool upDown)

@@ -15,8 +15,6 @@ class IKelRuntime;
 
 // The library's run-time object, created on first need.
 IKelRuntime &heldRuntime();
-// Fields format for the run-time object's region, so that what they show parses back.
-QLocale runtimeLocale();
 
 class KEL_EXPORT SpinField : public FieldControl
 {

@@ -152,10 +152,10 @@ QString KelWidgetInterface::domXml() const
         xml.writeEndElement();
         xml.writeEndElement();
         for (const PersistedProperty &p : persistedProperties(m_className)) {
-            const QVariant value = plainValue(control->property(p.name.toUtf8().constData()));
+            const QVariant value = plainValue(control->property(p.property.toUtf8().constData()));
             if (!value.isValid())
                 continue;
-            writeUiProperty(xml, p.name, value);
+            writeUiProperty(xml, p.property, value);
         }
     }
     xml.writeEndElement();

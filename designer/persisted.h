@@ -7,8 +7,10 @@
 #include "platform/propertybag.h"
 
 #include <QDateTime>
+#include <QMetaProperty>
 #include <QVariant>
 #include <QXmlStreamWriter>
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -17,6 +19,7 @@ namespace kel {
 struct PersistedProperty {
     QString name;
     Variant value;   // the default it is read with (or, in tests, a sample value)
+    QString property; // the Q_PROPERTY it sets: bag names may differ from it in case only
 };
 
 class RecordingPropertyBag : public PropertyBag
@@ -24,7 +27,9 @@ class RecordingPropertyBag : public PropertyBag
 public:
     Variant ReadProperty(const QString &name, const Variant &defaultValue) override
     {
-        read.push_back({name, defaultValue});
+        // A control may look at a name before its turn (to see whether it is stored at all).
+        if (std::none_of(read.begin(), read.end(), [&](const PersistedProperty &p) { return p.name == name; }))
+            read.push_back({name, defaultValue, name});
         return defaultValue;
     }
     void WriteProperty(const QString &, const Variant &, const Variant &) override {}
@@ -40,6 +45,18 @@ inline std::vector<PersistedProperty> persistedProperties(const QString &classNa
         return {};
     RecordingPropertyBag bag;
     control->ReadProperties(bag);
+    // The control's own property of that name, before Qt's ("Enabled", not "enabled").
+    const QMetaObject *mo = control->metaObject();
+    for (PersistedProperty &p : bag.read) {
+        p.property = p.name;
+        for (int i = mo->propertyCount() - 1; i >= 0; --i) {
+            const QString name = QString::fromLatin1(mo->property(i).name());
+            if (name.compare(p.name, Qt::CaseInsensitive) == 0) {
+                p.property = name;
+                break;
+            }
+        }
+    }
     return std::move(bag.read);
 }
 
@@ -86,6 +103,15 @@ inline void writeUiProperty(QXmlStreamWriter &xml, const QString &name, const QV
         xml.writeTextElement(u"year"_s, QString::number(dt.date().year()));
         xml.writeTextElement(u"month"_s, QString::number(dt.date().month()));
         xml.writeTextElement(u"day"_s, QString::number(dt.date().day()));
+        xml.writeEndElement();
+        break;
+    }
+    case QMetaType::QTime: {
+        const QTime t = value.toTime();
+        xml.writeStartElement(u"time"_s);
+        xml.writeTextElement(u"hour"_s, QString::number(t.hour()));
+        xml.writeTextElement(u"minute"_s, QString::number(t.minute()));
+        xml.writeTextElement(u"second"_s, QString::number(t.second()));
         xml.writeEndElement();
         break;
     }

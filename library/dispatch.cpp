@@ -3,6 +3,7 @@
 #include "library/runtimeinterface.h"
 #include "library/typemodel.h"
 
+#include <QDateTime>
 #include <QMetaMethod>
 #include <QMetaProperty>
 
@@ -66,6 +67,7 @@ Variant fromQVariant(const QVariant &q)
     if (mt == QMetaType::fromType<qint16>()) return q.value<qint16>();
     if (mt == QMetaType::fromType<double>()) return q.toDouble();
     if (mt == QMetaType::fromType<Date>()) return q.value<Date>();
+    if (mt == QMetaType::fromType<QDateTime>() || mt == QMetaType::fromType<QTime>()) return q.value<Variant>();
     if (mt == QMetaType::fromType<std::shared_ptr<QObject>>()) return q.value<std::shared_ptr<QObject>>();
     if (q.canConvert<qint32>()) return q.value<qint32>();
     return {};

@@ -80,6 +80,21 @@ void DateTimeField::setMinValue(Date value)
         m_maxValue = m_minValue;
 }
 
+void DateTimeField::setMaxValue(const QDateTime &value)
+{
+    if (const std::optional<double> s = fromQDateTime(value))
+        setMaxValue(Date{*s});
+}
+
+void DateTimeField::setMinValue(const QDateTime &value)
+{
+    if (const std::optional<double> s = fromQDateTime(value))
+        setMinValue(Date{*s});
+}
+
+QDateTime DateTimeField::maxDateTime() const { return toQDateTime(m_maxValue); }
+QDateTime DateTimeField::minDateTime() const { return toQDateTime(m_minValue); }
+
 bool DateTimeField::Valid(bool ShowMessage)
 {
     if (Text1->Locked())
@@ -125,6 +140,14 @@ void DateTimeField::setValue(const Variant &value)
     m_textDirty = false;
 }
 
+void DateTimeField::setValue(const QDateTime &value)
+{
+    if (const std::optional<double> s = fromQDateTime(value))
+        setValue(Date{*s});
+    else
+        setValue(Null);
+}
+
 FieldControl::LayoutRules DateTimeField::layoutRules() const
 {
     LayoutRules r = SpinField::layoutRules();
@@ -135,7 +158,8 @@ FieldControl::LayoutRules DateTimeField::layoutRules() const
 
 QString DateTimeField::formatted(double serial) const
 {
-    return FormatDate(serial, m_format, runtimeLocale());
+    // The run-time object's region, so that what the field shows parses back.
+    return FormatDate(serial, m_format, regionalLocale());
 }
 
 double DateTimeField::clamped(double v) const

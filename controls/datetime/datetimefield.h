@@ -6,6 +6,7 @@
 #include "platform/kelexport.h"
 #include "platform/variant.h"
 
+#include <QDateTime>
 #include <optional>
 
 namespace kel {
@@ -13,16 +14,17 @@ namespace kel {
 class KEL_EXPORT DateTimeField : public SpinField
 {
     Q_OBJECT
-    Q_PROPERTY(bool Changed READ Changed)
-    Q_PROPERTY(bool ChangedSaved READ ChangedSaved)
+    Q_PROPERTY(bool Changed READ Changed DESIGNABLE false)
+    Q_PROPERTY(bool ChangedSaved READ ChangedSaved DESIGNABLE false)
     Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled)
     Q_PROPERTY(QString Format READ Format WRITE setFormat)
     Q_PROPERTY(bool Locked READ Locked WRITE setLocked)
-    Q_PROPERTY(kel::Date MaxValue READ MaxValue WRITE setMaxValue)
-    Q_PROPERTY(kel::Date MinValue READ MinValue WRITE setMinValue)
+    // Plain date-times, so that Designer edits the bounds and uic code passes what it writes.
+    Q_PROPERTY(QDateTime MaxValue READ maxDateTime WRITE setMaxValue)
+    Q_PROPERTY(QDateTime MinValue READ minDateTime WRITE setMinValue)
     Q_PROPERTY(kel::Variant Value READ Value WRITE setValue USER true)
-    Q_PROPERTY(kel::Variant ValueOriginal READ ValueOriginal WRITE setValueOriginal)
-    Q_PROPERTY(kel::Variant ValueSaved READ ValueSaved WRITE setValueSaved)
+    Q_PROPERTY(kel::Variant ValueOriginal READ ValueOriginal WRITE setValueOriginal DESIGNABLE false)
+    Q_PROPERTY(kel::Variant ValueSaved READ ValueSaved WRITE setValueSaved DESIGNABLE false)
 
 public:
     /// The value differs from ValueOriginal (typed text is committed first); a Null reference
@@ -40,9 +42,14 @@ public:
     /// Upper bound, applied when the text is committed or stepped; a lower MinValue follows it.
     Date MaxValue() const { return {m_maxValue}; }
     void setMaxValue(Date value);
+    /// The same as a date-time; an invalid one is ignored.
+    void setMaxValue(const QDateTime &value);
+    QDateTime maxDateTime() const;
     /// Lower bound; a higher MaxValue follows it.
     Date MinValue() const { return {m_minValue}; }
     void setMinValue(Date value);
+    void setMinValue(const QDateTime &value);
+    QDateTime minDateTime() const;
     /// False when the field holds no valid value or one out of range; with ShowMessage a message
     /// box says why and the focus returns to the field. Changes nothing.
     Q_INVOKABLE bool Valid(bool ShowMessage = false);
@@ -50,6 +57,8 @@ public:
     Variant Value();
     /// Text, a Date or a day serial; what is no value gives Null. Not clamped; raises nothing.
     void setValue(const Variant &value);
+    /// The same as a date-time, as generated form code passes it; an invalid one gives Null.
+    void setValue(const QDateTime &value);
     /// What Changed compares against: the value set from code or last stepped to.
     Variant ValueOriginal() const { return m_valueOriginal; }
     void setValueOriginal(const Variant &value) { m_valueOriginal = value; }

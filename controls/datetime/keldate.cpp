@@ -53,7 +53,9 @@ void KelDate::setDaysFlag(qint32 flag)
     propertyChanged(QStringLiteral("DaysFlag"));
     // A value already shown is pinned now, so that DaysFlag before or after Value gives one field.
     const Date *d = m_value.get<Date>();
-    if (!d || m_textDirty || Text1->Locked())
+    // Locked or not: Value pins whatever the lock, so this must too. Typed text stays as typed
+    // (its commit pins it), but the value saved meanwhile is pinned.
+    if (!d)
         return;
     const double was = d->serial, now = pinned(was);
     if (now == was)
@@ -61,7 +63,8 @@ void KelDate::setDaysFlag(qint32 flag)
     if (const Date *o = m_valueOriginal.get<Date>(); o && o->serial == was)
         m_valueOriginal = Date{now};
     m_value = Date{now};
-    showText(formatted(now));
+    if (!m_textDirty)
+        showText(formatted(now));
 }
 
 void KelDate::setFormat(const QString &format)
@@ -107,7 +110,14 @@ double KelDate::pinned(double serial) const
 Variant KelDate::persistedValue() const
 {
     if (const Date *d = m_value.get<Date>())
-        return d->serial == today() ? QStringLiteral("Now") : FormatDate(d->serial, SavedFormat);
+    {
+        if (d->serial == today())
+            return QStringLiteral("Now");
+        // Always eight digits: a year before 1000 would otherwise not read back.
+        const QChar zero = u'0';
+        return QStringLiteral("%1%2%3").arg(Day(d->serial), 2, 10, zero).arg(Month(d->serial), 2, 10, zero)
+                .arg(Year(d->serial), 4, 10, zero);
+    }
     return QString();
 }
 

@@ -5,6 +5,8 @@
 #include "platform/format.h"
 #include "platform/services.h"
 
+#include <algorithm>
+
 namespace kel {
 
 namespace {
@@ -51,6 +53,23 @@ void KelTime::setFormat(const QString &format)
     formatChanged();
 }
 
+void KelTime::setMaxValue(QTime value)
+{
+    if (value.isValid())
+        setMaxValue(QDateTime(toQDate(0), value));
+}
+
+void KelTime::setMinValue(QTime value)
+{
+    if (value.isValid())
+        setMinValue(QDateTime(toQDate(0), value));
+}
+
+double KelTime::bound(double serial) const
+{
+    return std::min(std::round(normalised(serial) * 86400) / 86400, LastSecond);
+}
+
 DateTimeField::Wording KelTime::wording() const
 {
     return {QStringLiteral("Invalid Time"), QStringLiteral("This field only accepts times from "),
@@ -68,7 +87,7 @@ std::optional<double> KelTime::parse(const QString &text) const
 
 bool KelTime::accepts(int keyAscii) const
 {
-    return (keyAscii >= u'0' && keyAscii <= u'9') || QStringView(u".:AMPamp").contains(QChar(keyAscii));
+    return (keyAscii >= u'0' && keyAscii <= u'9') || (keyAscii < 128 && QStringView(u".:AMPamp").contains(QChar(keyAscii)));
 }
 
 Variant KelTime::persistedValue() const

@@ -11,6 +11,9 @@ namespace kel {
 class KEL_EXPORT KelTime : public DateTimeField
 {
     Q_OBJECT
+    // Bounds are times of day: Designer edits them as such.
+    Q_PROPERTY(QTime MaxValue READ maxTime WRITE setMaxValue)
+    Q_PROPERTY(QTime MinValue READ minTime WRITE setMinValue)
 
 public:
     explicit KelTime(QWidget *parent = nullptr);
@@ -18,13 +21,21 @@ public:
     /// Minutes written with the month letter right after an hour ("hh:mm") are read as minutes
     /// ("hh:nn"); stored even when empty. The text is shown again in the new format.
     void setFormat(const QString &format) override;
+    using DateTimeField::setMaxValue;
+    using DateTimeField::setMinValue;
+    /// A bound as a time of day; an invalid one is ignored.
+    void setMaxValue(QTime value);
+    void setMinValue(QTime value);
+    QTime maxTime() const { return maxDateTime().time(); }
+    QTime minTime() const { return minDateTime().time(); }
 
 protected:
     Wording wording() const override;
     std::optional<double> parse(const QString &text) const override;
     // Only the time of day counts: bounds and values given as date-times lose their date.
     double normalised(double serial) const override { return serial - std::floor(serial); }
-    double bound(double serial) const override { return normalised(serial); }
+    // Whole seconds: a bound a split second before midnight would read back as midnight.
+    double bound(double serial) const override;
     bool accepts(int keyAscii) const override;
     bool nullAlwaysValidWhenOptional() const override { return true; }
     Variant persistedValue() const override;

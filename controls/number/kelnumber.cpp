@@ -94,9 +94,14 @@ void KelNumber::setDecimals(qint16 decimals)
     runtime(); // the regional default comes from it
     m_decimals = decimals;
     propertyChanged(QStringLiteral("Decimals"));
+    const auto dates = runtime().RuntimeDates();
+    // A value typed or stepped since it was given is rounded from what it is now.
+    const bool valueAsGiven = dates->NumberFromValue(m_valueGiven, m_decimalsInUse) == m_value;
     m_decimalsInUse = decimals == -1 ? librarySettings().DefaultDecimals : decimals;
     m_decimalChar = regionalDecimalChar();
-    setValue(m_value);
+    m_minValue = dates->RoundNumber(m_minGiven, m_decimalsInUse);
+    m_maxValue = dates->RoundNumber(m_maxGiven, m_decimalsInUse);
+    setValue(valueAsGiven ? m_valueGiven : Variant(m_value));
 }
 
 void KelNumber::setFontBold(bool bold)
@@ -115,20 +120,26 @@ void KelNumber::setMaxValue(double value)
 {
     if (!std::isfinite(value))
         return;
+    m_maxGiven = value;
     m_maxValue = runtime().RuntimeDates()->RoundNumber(value, m_decimalsInUse);
     propertyChanged(QStringLiteral("MaxValue"));
-    if (m_minValue > m_maxValue)
+    if (m_minValue > m_maxValue) {
         m_minValue = m_maxValue;
+        m_minGiven = m_maxGiven;
+    }
 }
 
 void KelNumber::setMinValue(double value)
 {
     if (!std::isfinite(value))
         return;
+    m_minGiven = value;
     m_minValue = runtime().RuntimeDates()->RoundNumber(value, m_decimalsInUse);
     propertyChanged(QStringLiteral("MinValue"));
-    if (!(m_maxValue >= m_minValue))
+    if (!(m_maxValue >= m_minValue)) {
         m_maxValue = m_minValue;
+        m_maxGiven = m_minGiven;
+    }
 }
 
 void KelNumber::setUpDownChange(double step)
@@ -143,6 +154,7 @@ void KelNumber::setValue(const Variant &value)
 {
     if (!value.isNumeric())
         return;
+    m_valueGiven = value;
     m_value = runtime().RuntimeDates()->NumberFromValue(value, m_decimalsInUse);
     m_valueOriginal = m_value;
     showText(displayText(m_value, m_groupDigits));
@@ -333,8 +345,9 @@ void KelNumber::onInitProperties()
     m_selectOnFocus = false;
     m_upDown = false;
     UpDown1->setVisible(false);
-    m_minValue = -9999999999.0;
-    m_maxValue = 9999999999.0;
+    m_minValue = m_minGiven = -9999999999.0;
+    m_maxValue = m_maxGiven = 9999999999.0;
+    m_valueGiven = 0.0;
     m_upDownChange = 1;
     m_value = m_valueOriginal = 0;
     showText(QStringLiteral("0"));

@@ -109,6 +109,10 @@ private:
     double m_maxValue = 9999999999.0;
     double m_upDownChange = 1;
     double m_value = 0;
+    // What code gave, unrounded, so that a later Decimals rounds it as if it came first.
+    double m_minGiven = -9999999999.0;
+    double m_maxGiven = 9999999999.0;
+    Variant m_valueGiven = 0.0;
     double m_valueOriginal = 0;
     double m_valueSaved = 0;
     bool m_keypadDecimal = false;

@@ -116,6 +116,9 @@ private slots:
         t->setMaxValue(Date{2.25});
         QCOMPARE(t->MaxValue().serial, clock(6, 0));
         QCOMPARE(t->MinValue().serial, clock(6, 0));
+        // A split second before midnight is the last second, not midnight, also as a QTime.
+        QVERIFY(t->setProperty("MaxValue", QDateTime(QDate(2000, 1, 1), QTime(23, 59, 59, 999))));
+        QCOMPARE(t->property("MaxValue").toTime(), QTime(23, 59, 59));
         t->setMaxValue(Date{1.75});
         t->setValue(u"23:00"_qs);
         QCOMPARE(t->Value(), Variant(Date{clock(23, 0)}));

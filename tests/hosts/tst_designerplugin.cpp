@@ -131,7 +131,7 @@ private slots:
             if (mo->property(i).isDesignable())
                 designable << QString::fromLatin1(mo->property(i).name());
         for (const PersistedProperty &p : persistedProperties(className))
-            persisted << p.name;
+            persisted << p.property;
         QCOMPARE(designable, persisted);
     }
 
@@ -145,7 +145,7 @@ private slots:
                                            QMetaType::Double, QMetaType::QString, QMetaType::QDate,
                                            QMetaType::QTime, QMetaType::QDateTime};
         // Until the control offers a plain type: an XPASS says it does.
-        static const QSet<QString> known = {u"KelNumber.Value"_s};
+        static const QSet<QString> known = {u"KelNumber.Value"_s, u"KelDate.Value"_s, u"KelTime.Value"_s};
         std::unique_ptr<QObject> object(createObject(className));
         const QMetaObject *mo = object->metaObject();
         QStringList hidden, expected;
@@ -158,7 +158,7 @@ private slots:
                 expected << name;
         }
         if (!expected.isEmpty())
-            QEXPECT_FAIL("", "KelNumber.Value is a Variant", Continue);
+            QEXPECT_FAIL("", "Value is a Variant: it may be Empty or Null", Continue);
         QVERIFY2(hidden.isEmpty(), qPrintable(hidden.join(u", "_s)));
         QCOMPARE(hidden, expected);
     }

@@ -60,15 +60,6 @@ QStringList expected(const QString &className, const QRect &geometry, QStringLis
     return seen[0];
 }
 
-// Known order dependencies, until the control is fixed: an XPASS says it has been.
-struct KnownDependency {
-    const char *className, *row, *reason;
-};
-constexpr KnownDependency kKnown[] = {
-    {"KelNumber", "reversed",
-     "Value, MinValue and MaxValue are rounded to the decimals in force when set; a later Decimals does not undo it"},
-};
-
 void compareForm(QWidget *form)
 {
     form->show();
@@ -86,9 +77,6 @@ void compareForm(QWidget *form)
         for (qsizetype i = 0; i < qMax(got.size(), wantStable.size()); ++i)
             if (got.value(i) != wantStable.value(i))
                 differences << got.value(i) + u" instead of "_s + wantStable.value(i);
-        for (const KnownDependency &k : kKnown)
-            if (className == QLatin1String(k.className) && QLatin1String(QTest::currentDataTag()) == QLatin1String(k.row))
-                QEXPECT_FAIL(k.row, k.reason, Continue);
         QVERIFY2(differences.isEmpty(), qPrintable(className + u": "_s + differences.join(u"; "_s)));
     }
 }

@@ -26,8 +26,9 @@ QString sampleObjectName(const QString &className)
     return className.at(0).toLower() + className.mid(1);
 }
 
-// Values that exercise order: Decimals rounds Value, MinValue and MaxValue bracket it.
-static Variant preferredValue(const QString &name)
+// Values that exercise order: Decimals rounds Value, MinValue and MaxValue bracket it, DaysFlag
+// pins the day, List holds Text.
+static const QHash<QString, Variant> &genericValues()
 {
     static const QHash<QString, Variant> values = {
         {u"Caption"_s, u"Sample caption"_s}, {u"CaptionWidth"_s, qint16(1200)}, {u"Decimals"_s, qint16(3)},
@@ -35,7 +36,30 @@ static Variant preferredValue(const QString &name)
         {u"PasswordChar"_s, u"*"_s},         {u"Text"_s, u"Sample text"_s},     {u"UpDownChange"_s, 2.5},
         {u"Value"_s, 123.4567},
     };
-    return values.value(name);
+    return values;
+}
+
+// Where a generic value is invalid for the class, or its type stores another.
+static const QHash<QString, Variant> &classValues()
+{
+    static const QHash<QString, Variant> values = {
+        {u"KelDate.DaysFlag"_s, qint16(2)},   {u"KelDate.Format"_s, u"mm/dd/yyyy"_s},
+        {u"KelDate.MaxValue"_s, Date{47848}}, {u"KelDate.MinValue"_s, Date{32874}}, // 31/12/2030, 01/01/1990
+        {u"KelDate.Value"_s, u"15032013"_s},
+        {u"KelTime.Format"_s, u"hh:nn:ss"_s}, {u"KelTime.MaxValue"_s, Date{0.75}},
+        {u"KelTime.MinValue"_s, Date{0.25}},  {u"KelTime.Value"_s, Date{0.5625}},
+        {u"KelCombo.List"_s, u"Apples,Pears,\"Plums, red\""_s}, {u"KelCombo.ListTag"_s, u"A,P,R"_s},
+        {u"KelCombo.Text"_s, u"Pears"_s},
+    };
+    return values;
+}
+
+// A saved form holds the date as digits; Designer gives the date itself.
+static QVariant uiValue(const QString &className, const PersistedProperty &p)
+{
+    if (className == u"KelDate" && p.name == u"Value")
+        return QDateTime(QDate(2013, 3, 15), QTime(0, 0));
+    return plainValue(p.value);
 }
 
 std::vector<PersistedProperty> sampleValues(const QString &className)
@@ -43,7 +67,11 @@ std::vector<PersistedProperty> sampleValues(const QString &className)
     std::vector<PersistedProperty> out;
     for (const PersistedProperty &p : persistedProperties(className)) {
         const Variant &d = p.value;
-        Variant v = preferredValue(p.name);
+        if (const auto own = classValues().constFind(className + u'.' + p.name); own != classValues().cend()) {
+            out.push_back({p.name, *own, p.property});
+            continue;
+        }
+        Variant v = genericValues().value(p.name);
         if (v.type() != d.type() || !differs(v, d)) {
             switch (d.type()) {
             case Variant::Type::Boolean: v = !d.toBool(); break;
@@ -54,7 +82,7 @@ std::vector<PersistedProperty> sampleValues(const QString &className)
             default: v = u"Sample "_s + p.name; break;
             }
         }
-        out.push_back({p.name, v});
+        out.push_back({p.name, v, p.property});
     }
     return out;
 }
@@ -85,12 +113,12 @@ QString sampleUi(UiOrder order)
         std::unique_ptr<QObject> probe(createObject(className));
         const QMetaObject *mo = probe->metaObject();
         std::vector<PersistedProperty> props = sampleValues(className);
-        const auto sheetIndex = [mo](const PersistedProperty &p) { return mo->indexOfProperty(p.name.toUtf8().constData()); };
+        const auto sheetIndex = [mo](const PersistedProperty &p) { return mo->indexOfProperty(p.property.toUtf8().constData()); };
         std::stable_sort(props.begin(), props.end(), [&](const PersistedProperty &a, const PersistedProperty &b) {
             switch (order) {
             case UiOrder::PropertySheet: return sheetIndex(a) < sheetIndex(b);
             case UiOrder::Reversed: return sheetIndex(a) > sheetIndex(b);
-            case UiOrder::Alphabetical: return a.name < b.name;
+            case UiOrder::Alphabetical: return a.property < b.property;
             }
             return false;
         });
@@ -105,7 +133,7 @@ QString sampleUi(UiOrder order)
         xml.writeEndElement();
         xml.writeEndElement();
         for (const PersistedProperty &p : props)
-            writeUiProperty(xml, p.name, plainValue(p.value));
+            writeUiProperty(xml, p.property, uiValue(className, p));
         xml.writeEndElement();
         y += 48;
     }

@@ -597,6 +597,8 @@ private:
                 *ok = true;
             return v.value<Date>().serial;
         }
+        if (v.metaType() == QMetaType::fromType<QDateTime>() || v.metaType() == QMetaType::fromType<QTime>())
+            return number(QVariant::fromValue(v.value<Variant>()), ok);
         return v.toDouble(ok);
     }
 
@@ -606,6 +608,8 @@ private:
             return v.value<Variant>();
         if (v.metaType() == QMetaType::fromType<Date>())
             return v.value<Date>();
+        if (v.metaType() == QMetaType::fromType<QDateTime>() || v.metaType() == QMetaType::fromType<QTime>())
+            return v.value<Variant>();
         if (v.metaType() == QMetaType::fromType<bool>())
             return v.toBool();
         if (v.metaType() == QMetaType::fromType<QString>())
