@@ -1,6 +1,7 @@
 // The combo field's hot paths at the largest list it takes (32,767 items), each next to a stock
 // QComboBox in the same run: the completion look-up, loading the list, the first drop-down and
 // one typed key end to end. Prints ours / theirs for each pair at the end.
+#include "benchratio.h"
 #include "controls/combo/combolist.h"
 #include "controls/combo/kelcombo.h"
 #include "library/librarysettings.h"
@@ -233,56 +234,16 @@ BENCHMARK(QComboBox_FirstShowPopup)->Unit(benchmark::kMillisecond)->Iterations(1
 BENCHMARK(KelCombo_TypedKey)->Unit(benchmark::kMicrosecond);
 BENCHMARK(QComboBox_TypedKey)->Unit(benchmark::kMicrosecond);
 
-// Mean CPU time of every benchmark, for the ratios.
-class RatioReporter : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &r : runs)
-            if (!r.error_occurred && r.run_type == Run::RT_Iteration)
-                m_times[r.run_name.function_name] = r.GetAdjustedCPUTime();
-        ConsoleReporter::ReportRuns(runs);
-    }
-    double time(const std::string &name) const
-    {
-        const auto it = m_times.find(name);
-        return it == m_times.end() ? 0 : it->second;
-    }
-
-private:
-    std::map<std::string, double> m_times;
-};
-
 } // namespace
 
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    auto rt = std::make_shared<KelRuntime8>();
-    rt->setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
-    adoptRuntime(rt);
-
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-
-    std::printf("\nKelCombo_FindString and QComboBox_findText: %d look-ups per iteration\n", Lookups);
-    const std::pair<const char *, const char *> pairs[] = {
+    std::printf("KelCombo_FindString and QComboBox_findText: %d look-ups per iteration\n", Lookups);
+    return kel::bench::runWithRatios(argc, argv, {
         {"KelCombo_FindString", "QComboBox_findText"},
         {"KelCombo_ListPut", "QComboBox_addItems"},
         {"KelCombo_ListGet", "QStringList_join"},
         {"KelCombo_FirstDropDown", "QComboBox_FirstShowPopup"},
         {"KelCombo_TypedKey", "QComboBox_TypedKey"},
-    };
-    for (const auto &[ours, theirs] : pairs) {
-        const double a = reporter.time(ours), b = reporter.time(theirs);
-        if (a > 0 && b > 0)
-            std::printf("ratio %s / %s: %.3gx\n", ours, theirs, a / b);
-    }
-    return 0;
+    });
 }
