@@ -1,5 +1,7 @@
 #include "forms/combobox.h"
 
+#include "forms/lengthvalidator.h"
+
 #include <QAbstractListModel>
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -173,30 +175,6 @@ private:
     const QStringList *m_items;
 };
 
-// Cuts what the user adds beyond the limit; a text already longer (set by code) stays.
-class ComboLengthValidator : public QValidator
-{
-public:
-    ComboLengthValidator(ComboBox *box, QObject *parent) : QValidator(parent), m_box(box) {}
-    State validate(QString &input, int &pos) const override
-    {
-        const int max = m_box->m_maxLength;
-        if (m_box->m_settingByCode || max <= 0 || input.size() <= max)
-            return Acceptable;
-        // (The edit already holds the new text here, so the old length is the box's.)
-        const int limit = qMax(max, m_box->m_previousLength);
-        const int excess = int(input.size()) - limit;
-        if (excess <= 0)
-            return Acceptable;
-        const int cut = qMin(excess, pos);
-        input.remove(pos - cut, cut);
-        pos -= cut;
-        return input.size() <= limit ? Acceptable : Invalid;
-    }
-
-private:
-    ComboBox *m_box;
-};
 
 ComboBox::ComboBox(UserControl *owner, const QString &objectName)
     : EditChild(new QComboBox, owner, objectName)
@@ -219,7 +197,7 @@ ComboBox::ComboBox(UserControl *owner, const QString &objectName)
     m_combo->setModel(m_model);
     m_combo->setCurrentIndex(-1);
     m_edit->setMaxLength(std::numeric_limits<int>::max());
-    m_edit->setValidator(new ComboLengthValidator(this, m_edit));
+    m_edit->setValidator(new LengthValidator(m_edit, &m_maxLength, &m_settingByCode));
     connect(m_edit, &QLineEdit::textChanged, this, &ComboBox::followText);
     // Only edits raise Change; a pick from the list raises Click.
     connect(m_edit, &QLineEdit::textEdited, this, [this](const QString &text) {
@@ -404,7 +382,6 @@ bool ComboBox::DroppedDown() const
 
 void ComboBox::followText(const QString &text)
 {
-    m_previousLength = int(text.size());
     const int current = m_combo->currentIndex();
     if (current >= 0 && current < m_items.size() && m_items.at(current) == text)
         m_listIndex = current;

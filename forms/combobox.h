@@ -14,7 +14,6 @@ class QLineEdit;
 namespace kel {
 
 class ComboItemModel;
-class ComboLengthValidator;
 
 // Case-insensitive prefix look-up over a list, built once and answered in logarithmic time
 // without allocating.
@@ -98,7 +97,6 @@ protected:
     bool eatsKey(int keyCode, int shift) override;
 
 private:
-    friend class ComboLengthValidator;
     void flush();
     void followText(const QString &text);
     void picked(int index);
@@ -116,7 +114,6 @@ private:
     bool m_extendedUI = false;
     bool m_settingByCode = false;
     int m_maxLength = 0;
-    int m_previousLength = 0;
     int m_droppedWidth = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "forms/textbox.h"
 
+#include "forms/lengthvalidator.h"
+
 #include <QApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -183,33 +185,6 @@ public:
             return 0;
         return QProxyStyle::styleHint(hint, o, w, r);
     }
-};
-
-// Cuts what the user adds so the text stays within the limit; never cuts what is there.
-// (QLineEdit already holds the new text while validating, so the old length is tracked here.)
-class LengthValidator : public QValidator
-{
-public:
-    LengthValidator(QLineEdit *edit, const int *max, const bool *byCode)
-        : QValidator(edit), m_max(max), m_byCode(byCode), m_previous(int(edit->text().size()))
-    {
-        connect(edit, &QLineEdit::textChanged, this, [this](const QString &t) { m_previous = int(t.size()); });
-    }
-    State validate(QString &input, int &pos) const override
-    {
-        const int allowed = qMax(*m_max, m_previous);
-        if (*m_byCode || *m_max <= 0 || input.size() <= allowed)
-            return Acceptable;
-        const int cut = qMin(int(input.size()) - allowed, pos);
-        input.remove(pos - cut, cut);
-        pos -= cut;
-        return input.size() <= allowed ? Acceptable : Invalid;
-    }
-
-private:
-    const int *m_max;
-    const bool *m_byCode;
-    int m_previous;
 };
 
 } // namespace
