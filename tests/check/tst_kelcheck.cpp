@@ -29,6 +29,9 @@ struct Form {
     bool ready() { return QTest::qWaitForWindowActive(&window); }
 };
 
+struct StateCase { bool enabled, locked, mandatory; quint32 colour; };
+Q_DECLARE_METATYPE(StateCase)
+
 class TestKelCheck : public QObject
 {
     Q_OBJECT
@@ -76,21 +79,16 @@ private slots:
 
     void lockedAndDisabled_data()
     {
-        QTest::addColumn<bool>("enabled");
-        QTest::addColumn<bool>("locked");
-        QTest::addColumn<bool>("mandatory");
-        QTest::addColumn<quint32>("colour");
-        QTest::newRow("plain") << true << false << false << 0x80000008u;
-        QTest::newRow("mandatory") << true << false << true << 0x8000000Du;
-        QTest::newRow("locked keeps its colour") << true << true << true << 0x8000000Du;
-        QTest::newRow("disabled greys") << false << true << true << 0x80000011u;
+        QTest::addColumn<StateCase>("c");
+        QTest::newRow("plain") << StateCase{true, false, false, 0x80000008};
+        QTest::newRow("mandatory") << StateCase{true, false, true, 0x8000000D};
+        QTest::newRow("locked keeps its colour") << StateCase{true, true, true, 0x8000000D};
+        QTest::newRow("disabled greys") << StateCase{false, true, true, 0x80000011};
     }
     void lockedAndDisabled()
     {
-        QFETCH(bool, enabled);
-        QFETCH(bool, locked);
-        QFETCH(bool, mandatory);
-        QFETCH(quint32, colour);
+        QFETCH(StateCase, c);
+        const auto [enabled, locked, mandatory, colour] = c;
         const bool takesInput = enabled && !locked;
         Form f;
         QVERIFY(f.ready());
@@ -99,16 +97,16 @@ private slots:
         f.fields[1]->setEnabled(enabled);
         f.fields[2]->setEnabled(enabled);
         f.fields[2]->setLocked(locked);
-        for (KelCheck *c : {f.fields[1], f.fields[2]}) {
-            c->setMandatory(mandatory);
-            QSignalSpy change(c, &KelCheck::Change);
-            click(c);
-            QTest::keyClick(box(c), Qt::Key_Space);
+        for (KelCheck *field : {f.fields[1], f.fields[2]}) {
+            field->setMandatory(mandatory);
+            QSignalSpy change(field, &KelCheck::Change);
+            click(field);
+            QTest::keyClick(box(field), Qt::Key_Space);
             QCOMPARE(change.count(), takesInput ? 2 : 0);
-            QVERIFY(!c->Value());
+            QVERIFY(!field->Value());
             // Only a disabled box is greyed; the text colour follows the state.
-            QCOMPARE(box(c)->isEnabled(), enabled);
-            QCOMPARE(box(c)->palette().color(QPalette::Active, QPalette::WindowText), toQColor(colour, QApplication::palette()));
+            QCOMPARE(box(field)->isEnabled(), enabled);
+            QCOMPARE(box(field)->palette().color(QPalette::Active, QPalette::WindowText), toQColor(colour, QApplication::palette()));
         }
         // Tab passes over fields that take no input.
         box(f.fields[0])->setFocus(Qt::TabFocusReason);

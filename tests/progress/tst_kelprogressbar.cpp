@@ -48,7 +48,11 @@ struct BarForm {
     }
 };
 
+struct ShownCase { int min, max, value, readBack; float start, now; const char16_t *text; };
+
 } // namespace
+
+Q_DECLARE_METATYPE(ShownCase)
 
 class TestKelProgressBar : public QObject
 {
@@ -65,52 +69,41 @@ private slots:
     // read at `start` by Start and at `now` by setValue.
     void shown_data()
     {
-        QTest::addColumn<int>("min");
-        QTest::addColumn<int>("max");
-        QTest::addColumn<int>("value");
-        QTest::addColumn<int>("readBack");
-        QTest::addColumn<float>("start");
-        QTest::addColumn<float>("now");
-        QTest::addColumn<QString>("text");
+        QTest::addColumn<ShownCase>("c");
         // min 0 and max 0 keep the defaults 1..100 of a new control
-        QTest::newRow("new control") << 0 << 0 << 50 << 50 << 1000.0f << 1000.0f << u"50%"_qs;
-        QTest::newRow("below min") << 1 << 100 << -7 << 1 << 1000.0f << 1000.0f << u"0%"_qs;
-        QTest::newRow("above max") << 1 << 100 << 1000 << 100 << 1000.0f << 1000.0f << u"100%"_qs;
-        QTest::newRow("half rounds down to even") << 1 << 8 << 1 << 1 << 1000.0f << 1000.0f << u"12%"_qs;
-        QTest::newRow("half rounds up to even") << 1 << 8 << 3 << 3 << 1000.0f << 1000.0f << u"38%"_qs;
-        QTest::newRow("max below min") << 50 << 10 << 10 << 10 << 1000.0f << 1000.0f << u"100%"_qs;
-        QTest::newRow("whole 32 bits") << INT_MIN << INT_MAX << 0 << 0 << 1000.0f << 1000.0f << u"50%"_qs;
-        QTest::newRow("ten seconds") << 1 << 100 << 25 << 25 << 1000.0f << 1010.0f << u"25%"_qs;
-        QTest::newRow("90.9 seconds") << 1 << 100 << 50 << 50 << 1000.0f << 1090.9f << u"50% (91 seconds remaining)"_qs;
-        QTest::newRow("91 seconds") << 1 << 100 << 50 << 50 << 1000.0f << 1091.0f << u"50% (2 minutes remaining)"_qs;
-        QTest::newRow("grouped minutes") << 1 << 100000 << 1 << 1 << 1000.0f << 1100.0f << u"0% (166,665 minutes remaining)"_qs;
-        QTest::newRow("under a second") << 1 << 100 << 100 << 100 << 1000.0f << 1030.0f << u"100%"_qs;
-        QTest::newRow("across midnight") << 1 << 100 << 25 << 25 << 86395.0f << 30.0f << u"25%"_qs;
-        QTest::newRow("value 0") << -10 << 89 << 0 << 0 << 1000.0f << 1030.0f << u"11%"_qs;
-        QTest::newRow("divisor is the value") << 101 << 200 << 125 << 125 << 1000.0f << 1100.0f << u"25%"_qs;
+        QTest::newRow("new control") << ShownCase{0, 0, 50, 50, 1000, 1000, u"50%"};
+        QTest::newRow("below min") << ShownCase{1, 100, -7, 1, 1000, 1000, u"0%"};
+        QTest::newRow("above max") << ShownCase{1, 100, 1000, 100, 1000, 1000, u"100%"};
+        QTest::newRow("half rounds down to even") << ShownCase{1, 8, 1, 1, 1000, 1000, u"12%"};
+        QTest::newRow("half rounds up to even") << ShownCase{1, 8, 3, 3, 1000, 1000, u"38%"};
+        QTest::newRow("max below min") << ShownCase{50, 10, 10, 10, 1000, 1000, u"100%"};
+        QTest::newRow("whole 32 bits") << ShownCase{INT_MIN, INT_MAX, 0, 0, 1000, 1000, u"50%"};
+        QTest::newRow("ten seconds") << ShownCase{1, 100, 25, 25, 1000, 1010, u"25%"};
+        QTest::newRow("90.9 seconds") << ShownCase{1, 100, 50, 50, 1000, 1090.9f, u"50% (91 seconds remaining)"};
+        QTest::newRow("91 seconds") << ShownCase{1, 100, 50, 50, 1000, 1091, u"50% (2 minutes remaining)"};
+        QTest::newRow("grouped minutes") << ShownCase{1, 100000, 1, 1, 1000, 1100, u"0% (166,665 minutes remaining)"};
+        QTest::newRow("under a second") << ShownCase{1, 100, 100, 100, 1000, 1030, u"100%"};
+        QTest::newRow("across midnight") << ShownCase{1, 100, 25, 25, 86395, 30, u"25%"};
+        QTest::newRow("value 0") << ShownCase{-10, 89, 0, 0, 1000, 1030, u"11%"};
+        QTest::newRow("divisor is the value") << ShownCase{101, 200, 125, 125, 1000, 1100, u"25%"};
     }
     void shown()
     {
-        QFETCH(int, min);
-        QFETCH(int, max);
-        QFETCH(int, value);
-        QFETCH(int, readBack);
-        QFETCH(float, start);
-        QFETCH(float, now);
-        QFETCH(QString, text);
+        QFETCH(ShownCase, c);
+        const QString text = QString::fromUtf16(c.text);
         BarForm f(100);
         QVERIFY(f.ready());
-        if (min || max) {
-            f.bar->setMin(min);
-            f.bar->setMax(max);
+        if (c.min || c.max) {
+            f.bar->setMin(c.min);
+            f.bar->setMax(c.max);
         }
         // A new range takes the value with it before anything is drawn.
         QVERIFY(f.bar->Min() <= f.bar->Value() && f.bar->Value() <= f.bar->Max());
-        clock_->timer = start;
+        clock_->timer = c.start;
         f.bar->Start();
-        clock_->timer = now;
-        f.bar->setValue(value);
-        QCOMPARE(f.bar->Value(), readBack);
+        clock_->timer = c.now;
+        f.bar->setValue(c.value);
+        QCOMPARE(f.bar->Value(), c.readBack);
         QCOMPARE(f.bar->Text(), text);
         QCOMPARE(f.shownBarWidth(), text.section(u'%', 0, 0).toInt());
     }
