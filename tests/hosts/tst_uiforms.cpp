@@ -61,7 +61,9 @@ QStringList expected(const QString &className, const QRect &geometry)
 {
     QWidget form;
     auto *control = qobject_cast<UserControl *>(createObject(className, &form));
-    MemoryPropertyBag bag = test::sampleBag(className);
+    MemoryPropertyBag bag;
+    for (const PersistedProperty &p : test::sampleValues(className))
+        bag.set(p.name, p.value);
     control->ReadProperties(bag);
     control->setGeometry(geometry);
     form.show();

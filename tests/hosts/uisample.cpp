@@ -27,22 +27,15 @@ QString sampleObjectName(const QString &className)
 }
 
 // Values that exercise order: Decimals rounds Value, MinValue and MaxValue bracket it, DaysFlag
-// pins the day, List holds Text. UpDownChange needs every digit a double carries.
-static const QHash<QString, Variant> &genericValues()
+// pins the day, List holds Text. UpDownChange needs every digit a double carries. "Class.Name"
+// rows are for where the generic value is invalid for the class, or its type stores another.
+static const QHash<QString, Variant> &values()
 {
     static const QHash<QString, Variant> values = {
         {u"Caption"_s, u"Sample caption"_s}, {u"CaptionWidth"_s, qint16(1200)}, {u"Decimals"_s, qint16(3)},
         {u"MaxLength"_s, qint16(40)},        {u"MaxValue"_s, 500.1234},            {u"MinValue"_s, -50.0},
         {u"PasswordChar"_s, u"*"_s},         {u"Text"_s, u"Sample text"_s},     {u"UpDownChange"_s, 2.345678901},
         {u"Value"_s, 123.4567},
-    };
-    return values;
-}
-
-// Where a generic value is invalid for the class, or its type stores another.
-static const QHash<QString, Variant> &classValues()
-{
-    static const QHash<QString, Variant> values = {
         {u"KelDate.DaysFlag"_s, qint16(2)},   {u"KelDate.Format"_s, u"mm/dd/yyyy"_s},
         {u"KelDate.MaxValue"_s, Date{47848}}, {u"KelDate.MinValue"_s, Date{32874}}, // 31/12/2030, 01/01/1990
         {u"KelDate.Value"_s, u"15032013"_s},
@@ -67,11 +60,11 @@ std::vector<PersistedProperty> sampleValues(const QString &className)
     std::vector<PersistedProperty> out;
     for (const PersistedProperty &p : persistedProperties(className)) {
         const Variant &d = p.value;
-        if (const auto own = classValues().constFind(className + u'.' + p.name); own != classValues().cend()) {
+        if (const auto own = values().constFind(className + u'.' + p.name); own != values().cend()) {
             out.push_back({p.name, *own, p.property});
             continue;
         }
-        Variant v = genericValues().value(p.name);
+        Variant v = values().value(p.name);
         if (v.type() != d.type() || !differs(v, d)) {
             switch (d.type()) {
             case Variant::Type::Boolean: v = !d.toBool(); break;
@@ -85,14 +78,6 @@ std::vector<PersistedProperty> sampleValues(const QString &className)
         out.push_back({p.name, v, p.property});
     }
     return out;
-}
-
-MemoryPropertyBag sampleBag(const QString &className)
-{
-    MemoryPropertyBag bag;
-    for (const PersistedProperty &p : sampleValues(className))
-        bag.set(p.name, p.value);
-    return bag;
 }
 
 QString sampleUi(UiOrder order)

@@ -1,6 +1,6 @@
 #pragma once
 // A form of every control with a non-default value in every persisted property, as a .ui text
-// in a chosen property order and as the property bag a saved form would hold.
+// in a chosen property order.
 #include "persisted.h"
 
 #include <QStringList>
@@ -16,7 +16,6 @@ QStringList controlClasses();
 QString sampleObjectName(const QString &className);
 // Non-default values of every persisted property of the class, in the control's reading order.
 std::vector<PersistedProperty> sampleValues(const QString &className);
-MemoryPropertyBag sampleBag(const QString &className);
 // Designer writes properties in property-sheet order: the meta-object's, base classes first.
 QString sampleUi(UiOrder order = UiOrder::PropertySheet);
 // A form loaded by QUiLoader with this build's Designer plugin only; nullptr with *error set.
