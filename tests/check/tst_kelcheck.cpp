@@ -11,25 +11,9 @@ using namespace kel;
 static QCheckBox *box(KelCheck *c) { return c->findChild<QCheckBox *>(QStringLiteral("Check1")); }
 static void click(KelCheck *c) { QTest::mouseClick(box(c), Qt::LeftButton, {}, QPoint(8, box(c)->height() / 2)); }
 
-// Three check fields one under the other, so that Tab has somewhere to go past the middle one.
-struct Form {
-    QWidget window;
-    KelCheck *fields[3];
-    Form()
-    {
-        for (int i = 0; i < 3; ++i) {
-            fields[i] = new KelCheck(&window);
-            fields[i]->setGeometry(0, i * 30, 200, 20);
-            fields[i]->setCaption(QStringLiteral("Field %1").arg(i));
-        }
-        window.resize(220, 100);
-        window.show();
-        window.activateWindow();
-    }
-    bool ready() { return QTest::qWaitForWindowActive(&window); }
-};
+using Form = test::TwoFieldForm<KelCheck>;
 
-struct StateCase { bool enabled, locked, mandatory; quint32 colour; };
+struct StateCase { bool enabled, locked, mandatory, lockFirst; quint32 colour; };
 Q_DECLARE_METATYPE(StateCase)
 
 class TestKelCheck : public QObject
@@ -46,7 +30,7 @@ private slots:
     {
         Form f;
         QVERIFY(f.ready());
-        KelCheck *c = f.fields[0];
+        KelCheck *c = f.first;
         QSignalSpy change(c, &KelCheck::Change);
         c->setValue(true);
         c->setValueSaved(true);
@@ -60,12 +44,12 @@ private slots:
         // Enter moves on like Tab and never toggles.
         QTest::keyClick(box(c), Qt::Key_Return);
         QVERIFY(c->Value());
-        QCOMPARE(QApplication::focusWidget(), box(f.fields[1]));
+        QCOMPARE(QApplication::focusWidget(), box(f.second));
 
         // Focus entry takes the current state as the original.
         click(c);
         QVERIFY(c->Changed());
-        box(f.fields[1])->setFocus(Qt::TabFocusReason);
+        box(f.second)->setFocus(Qt::TabFocusReason);
         box(c)->setFocus(Qt::TabFocusReason);
         QVERIFY(!c->Changed());
 
@@ -77,45 +61,43 @@ private slots:
         QCOMPARE(change.count(), 5);
     }
 
+    // Locked and Enabled in either order: only a disabled box is greyed, the text colour follows
+    // the state, and a field that takes no input is passed over by Tab.
     void lockedAndDisabled_data()
     {
         QTest::addColumn<StateCase>("c");
-        QTest::newRow("plain") << StateCase{true, false, false, 0x80000008};
-        QTest::newRow("mandatory") << StateCase{true, false, true, 0x8000000D};
-        QTest::newRow("locked keeps its colour") << StateCase{true, true, true, 0x8000000D};
-        QTest::newRow("disabled greys") << StateCase{false, true, true, 0x80000011};
+        QTest::newRow("plain") << StateCase{true, false, false, false, 0x80000008};
+        QTest::newRow("mandatory") << StateCase{true, false, true, false, 0x8000000D};
+        QTest::newRow("locked, then enabled") << StateCase{true, true, true, true, 0x8000000D};
+        QTest::newRow("enabled, then locked") << StateCase{true, true, true, false, 0x8000000D};
+        QTest::newRow("disabled, then unlocked") << StateCase{false, false, true, false, 0x80000011};
+        QTest::newRow("locked, then disabled") << StateCase{false, true, true, true, 0x80000011};
     }
     void lockedAndDisabled()
     {
         QFETCH(StateCase, c);
-        const auto [enabled, locked, mandatory, colour] = c;
-        const bool takesInput = enabled && !locked;
+        const bool takesInput = c.enabled && !c.locked;
         Form f;
         QVERIFY(f.ready());
-        // The two lower fields get the same settings in opposite orders.
-        f.fields[1]->setLocked(locked);
-        f.fields[1]->setEnabled(enabled);
-        f.fields[2]->setEnabled(enabled);
-        f.fields[2]->setLocked(locked);
-        for (KelCheck *field : {f.fields[1], f.fields[2]}) {
-            field->setMandatory(mandatory);
-            QSignalSpy change(field, &KelCheck::Change);
-            click(field);
-            QTest::keyClick(box(field), Qt::Key_Space);
-            QCOMPARE(change.count(), takesInput ? 2 : 0);
-            QVERIFY(!field->Value());
-            // Only a disabled box is greyed; the text colour follows the state.
-            QCOMPARE(box(field)->isEnabled(), enabled);
-            QCOMPARE(box(field)->palette().color(QPalette::Active, QPalette::WindowText), toQColor(colour, QApplication::palette()));
-        }
-        // Tab passes over fields that take no input.
-        box(f.fields[0])->setFocus(Qt::TabFocusReason);
-        QTest::keyClick(box(f.fields[0]), Qt::Key_Tab);
-        QCOMPARE(QApplication::focusWidget(), box(f.fields[takesInput ? 1 : 0]));
+        KelCheck *field = f.second;
+        const auto lock = [&] { field->setLocked(c.locked); };
+        const auto enable = [&] { field->setEnabled(c.enabled); };
+        c.lockFirst ? (lock(), enable()) : (enable(), lock());
+        field->setMandatory(c.mandatory);
+        QSignalSpy change(field, &KelCheck::Change);
+        click(field);
+        QTest::keyClick(box(field), Qt::Key_Space);
+        QCOMPARE(change.count(), takesInput ? 2 : 0);
+        QVERIFY(!field->Value());
+        QCOMPARE(box(field)->isEnabled(), c.enabled);
+        QCOMPARE(box(field)->palette().color(QPalette::Active, QPalette::WindowText), toQColor(c.colour, QApplication::palette()));
+        box(f.first)->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(box(f.first), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), box(takesInput ? f.second : f.first));
         // Locking the field that has the focus sends the focus on.
         if (takesInput) {
-            f.fields[1]->setLocked(true);
-            QCOMPARE(QApplication::focusWidget(), box(f.fields[2]));
+            field->setLocked(true);
+            QCOMPARE(QApplication::focusWidget(), box(f.first));
         }
     }
 
