@@ -85,16 +85,12 @@ private slots:
         using enum Access;
         row("KelProgressBar", "Enabled", 1, 0x68030003, ReadWrite);   // its own id, not the standard one
         row("KelNumber", "Caption", 0, 0x68030012, ReadWrite);
-        row("KelNumber", "Enabled", 6, -514, ReadWrite);
         row("KelNumber", "ValueSaved", 22, 0x68030000, ReadWriteByRef, true);
         row("KelCheck", "Caption", 0, -518, ReadWrite);
         row("KelCombo", "ListIndex", 9, 0x6803000A, ReadWriteByRef);
         row("KelCombo", "ListFromArray", 23, 0x60030016, Method);   // last, out of name order
         row("KelDate", "DaysFlag", 4, 0x6803000B, ReadWrite);
-        row("KelTime", "Refresh", 11, 0x6003000F, Method);
         row("KelText", "hWnd", 5, 0x6803000A, ReadOnly);
-        row("KelText", "TextRaw", 19, 0x68030011, ReadOnly);         // last, out of name order
-        row("KelControlHandler", "SetRuntime", 0, 0x60030000, Method);
     }
     void members()
     {
@@ -160,9 +156,7 @@ private slots:
         row("by-ref arg", number, u"[id(0x6803000f), propget] HRESULT ChangedCaption([in, out] BSTR* CaptionToSave, [out, retval] VARIANT_BOOL* pVal);"_s);
         row("standard enabled", number, u"[id(0xfffffdfe), propget] HRESULT Enabled([out, retval] VARIANT_BOOL* pVal);"_s);
         row("default member", number, u"[id(0x00000000), propput] HRESULT Value([in] VARIANT pVal);"_s);
-        row("long", "interface _KelProgressBar : IDispatch", u"[id(0x68030002), propput] HRESULT Max([in] long pVal);"_s);
         row("array", "interface _KelCombo : IDispatch", u"[id(0x60030016)] HRESULT ListFromArray([in, out] SAFEARRAY(BSTR)* strArray);"_s);
-        row("visible by-ref put", "interface _KelCombo : IDispatch", u"[id(0x6803000a), propput] HRESULT ListIndex([in, out] short* pVal);"_s);
         row("enum", "interface _KelDate : IDispatch", u"[id(0x6803000b), propput] HRESULT DaysFlag([in] KelDateDaysFlag pVal);"_s);
         row("date", "interface _KelTime : IDispatch", u"[id(0x68030005), propget] HRESULT MinValue([out, retval] DATE* pVal);"_s);
         row("object", "interface _KelControlHandler : IDispatch", u"[id(0x60030000)] HRESULT SetRuntime([in] IDispatch* Runtime);"_s);

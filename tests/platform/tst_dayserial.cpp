@@ -36,20 +36,18 @@ private slots:
             QTest::newRow(name) << int(k) << a << e;
         };
         const double t = 29221.75087962963; // 1 January 1980 18:01:16 [wine]
-        row("1980-01-01 [wine]", D, {1980, 1, 1}, 29221);  row("1990-12-31 [wine]", D, {1990, 12, 31}, 33238);
-        row("epoch [wine]", D, {1899, 12, 30}, 0);  row("minimum [wine]", D, {100, 1, 1}, -657434);
+        row("1980-01-01 [wine]", D, {1980, 1, 1}, 29221);  row("epoch [wine]", D, {1899, 12, 30}, 0);
+        row("minimum [wine]", D, {100, 1, 1}, -657434);
         row("maximum [wine]", D, {9999, 12, 31}, 2958465);  row("year 10000 [wine]", D, {10000, 1, 1}, kNone);
-        row("two-digit 90 [wine]", D, {90, 12, 31}, 33238);  row("two-digit 0 [wine]", D, {0, 1, 1}, 36526);
+        row("two-digit 90 [wine]", D, {90, 12, 31}, 33238);
         row("two-digit 29", D, {29, 12, 31}, 47483);  row("two-digit 30", D, {30, 1, 1}, 10959);
-        row("day 0 [wine]", D, {1980, 1, 0}, 29220);  row("month 13 [wine]", D, {1980, 13, 1}, 29587);
         row("month -300 [wine]", D, {1980, -300, 1}, 20059);  row("day -300 [wine]", D, {1980, 1, -300}, 28920);
-        row("1999-06-15 [lo]", D, {1999, 6, 15}, 36326);  row("month -6 [lo]", D, {2000, 1 - 7, 15}, 36326);
+        row("month -6 [lo]", D, {2000, 1 - 7, 15}, 36326);
         row("rolls back onto the minimum", D, {101, -11, 1}, -657434);
         row("rolls back below the minimum", D, {100, 1, 0}, kNone);
         row("huge day count", D, {1980, 1, 2000000000}, kNone);  row("huge year", D, {2000000000, 1, 1}, kNone);
         row("18:01:16 [wine]", DT, {1980, 1, 1, 18, 1, 16}, t);
         row("hours roll into days [wine]", DT, {1980, 1, 0, 42, 1, 16}, t);
-        row("negative minutes [wine]", DT, {1980, 1, 1, 20, -119, 16}, t);
         row("negative seconds [wine]", DT, {1980, 1, 1, 18, 3, -104}, t);
         row("before the epoch, late [wine]", DT, {1899, 12, 25, 23, 59, 59}, -5.9999884259259);
         row("time pulls an out-of-range date back", DT, {10000, 1, 1, -24, 0, 0}, 2958465);
@@ -78,21 +76,19 @@ private slots:
         QTest::addColumn<QList<int>>("parts");
         const auto row = [](const char *name, double s, QList<int> p) { QTest::newRow(name) << s << p; };
         row("1980-01-01 [wine]", 29221, {1980, 1, 1, 0, 0, 0, 3, 1});
-        row("1990-12-31 [wine]", 33238, {1990, 12, 31, 0, 0, 0, 2, 365});
         row("epoch [wine]", 0, {1899, 12, 30, 0, 0, 0, 7, 364});  row("minimum [wine]", -657434, {100, 1, 1, 0, 0, 0, 6, 1});
         row("maximum [wine]", 2958465, {9999, 12, 31, 0, 0, 0, 6, 365});
         row("rounds up to 23:44 [wine]", 29221.9888884444, {1980, 1, 1, 23, 44, 0, 3, 1});
         row("18:01:16 [wine]", 29221.7508765432, {1980, 1, 1, 18, 1, 16, 3, 1});
-        row("negative, 06:00 [wine]", -5.25, {1899, 12, 25, 6, 0, 0, 2, 359});
         row("negative, 23:59:59 [wine]", -5.9999884259259, {1899, 12, 25, 23, 59, 59, 2, 359});
         row("-0.25 is day 0 [wine]", -0.25, {1899, 12, 30, 6, 0, 0, 7, 364});
         row("-1.25", -1.25, {1899, 12, 29, 6, 0, 0, 6, 363});
         row("1765 [wine vartype.c]", -49192.24, {1765, 4, 24, 5, 45, 36, 4, 114});
         row("0.99999999 carries into the next day", 0.99999999, {1899, 12, 31, 0, 0, 0, 1, 365});
         const QList<int> none(8, 0);
-        row("below 1 Jan 100 [wine]", -657435, none);  row("above 31 Dec 9999 [wine]", 2958466, none);
+        row("below 1 Jan 100 [wine]", -657435, none);
         row("last second rounds into year 10000", 2958465.999999999, none);
-        row("NaN", kNone, none);  row("infinity", std::numeric_limits<double>::infinity(), none);
+        row("NaN", kNone, none);
     }
     void split()
     {
@@ -134,7 +130,6 @@ private slots:
         row("hour across the epoch, negative side", Hour, 1, -1.25, -1.0 - hms(7, 0, 0));
         row("hours back over the epoch", Hour, -7, 0.25, -1.0 - hms(23, 0, 0));
         row("year past 9999", Year, 1, 2958465, kNone);  row("day before 1 Jan 100", Day, -1, -657434, kNone);
-        row("second past the last one", Second, 1, 2958465 + hms(23, 59, 59), kNone);
         row("huge count", Month, 1e300, 0, kNone);  row("serial out of range", Day, 0, 2958466, kNone);
     }
     void dateAdd()

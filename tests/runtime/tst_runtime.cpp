@@ -54,13 +54,6 @@ private slots:
         KelRuntime8().SendKey(9);
         QCOMPARE(QApplication::focusWidget(), b);
     }
-
-    void regionalSettingsFollowLocale()
-    {
-        KelRuntime8 rt;
-        rt.setLocale(QLocale(QLocale::German, QLocale::Germany));
-        QCOMPARE(rt.DecimalSeparator(), u","_qs);
-    }
 };
 
 QTEST_MAIN(TestRuntime)
