@@ -19,9 +19,10 @@ const QLocale es(QLocale::Spanish, QLocale::Spain);
 double at(int days, int h, int m, int s) { return days + (h * 3600 + m * 60 + s) / 86400.0; }
 using S = const char16_t *;
 enum Kind { Num, Dat, Var, Gen, Reg }; // FormatNumber, FormatDate, FormatVariant, GeneralNumber, FormatNumberRegional
+struct Case { Kind kind; Variant value; QString pattern, expected; QLocale locale; };
 void add(Kind k, const char *name, const Variant &v, S p, S e, const QLocale &l = us)
 {
-    QTest::newRow(name) << int(k) << v << QString::fromUtf16(p) << QString::fromUtf16(e) << l;
+    QTest::newRow(name) << Case{k, v, QString::fromUtf16(p), QString::fromUtf16(e), l};
 }
 void num(const char *name, double v, S p, S e, const QLocale &l = us) { add(Num, name, v, p, e, l); }
 void dat(const char *name, double v, S p, S e, const QLocale &l = us) { add(Dat, name, v, p, e, l); }
@@ -31,6 +32,8 @@ void gen(const char *name, double v, S e, const QLocale &l = us) { add(Gen, name
 void reg(const char *name, double v, S p, S e) { add(Reg, name, v, p, e); }
 } // namespace
 
+Q_DECLARE_METATYPE(Case)
+
 class TestFormat : public QObject
 {
     Q_OBJECT
@@ -38,11 +41,7 @@ class TestFormat : public QObject
 private slots:
     void format_data()
     {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<Variant>("value");
-        QTest::addColumn<QString>("pattern");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<Case>("c");
         num("# of 0 [wine]", 0, u"#", u"");  num("#.# of 0 [wine]", 0, u"#.#", u".");
         num("escaped literals [wine]", 0, u"00\\c\\o\\p\\y", u"00copy");
         num("two sections, negative [wine]", -1, u"\"pos\";\"neg\"", u"neg");
@@ -109,11 +108,8 @@ private slots:
     }
     void format()
     {
-        QFETCH(int, kind);
-        QFETCH(Variant, value);
-        QFETCH(QString, pattern);
-        QFETCH(QString, expected);
-        QFETCH(QLocale, locale);
+        QFETCH(Case, c);
+        const auto &[kind, value, pattern, expected, locale] = c;
         const double v = value.toDouble();
         int digits = 0;
         for (QChar c : pattern)

@@ -37,7 +37,11 @@ QString read(const QString &text, const QString &format, bool birthday = false, 
     return shown(KelRuntimeDates(locale).ParseDate(text, format, Variant(Date{serial(kToday)}), birthday));
 }
 
+struct DateCase { QString text, format; bool birthday; QLocale locale; QString expected; };
+
 } // namespace
+
+Q_DECLARE_METATYPE(DateCase)
 
 class TestParseDate : public QObject
 {
@@ -46,16 +50,12 @@ private slots:
     // Expected: "" for no date, else the date, with its time of day when it has one.
     void parseDate_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<bool>("birthday");
-        QTest::addColumn<QLocale>("locale");
-        QTest::addColumn<QString>("expected");
+        QTest::addColumn<DateCase>("c");
         const auto in = [](const QLocale &locale, const char *name, const char16_t *text, const char16_t *format,
                            const char *expected, bool birthday = false) {
             const QString e = QString::fromLatin1(expected);
-            QTest::newRow(name) << QString::fromUtf16(text) << QString::fromUtf16(format) << birthday << locale
-                                << (e.isEmpty() ? e : e + u" 00:00:00"_qs.mid(e.size() - 10));
+            QTest::newRow(name) << DateCase{QString::fromUtf16(text), QString::fromUtf16(format), birthday, locale,
+                                            e.isEmpty() ? e : e + u" 00:00:00"_qs.mid(e.size() - 10)};
         };
         const auto row = [&](const char *name, const char16_t *text, const char16_t *format, const char *expected,
                              bool birthday = false) { in(kUs, name, text, format, expected, birthday); };
@@ -116,19 +116,16 @@ private slots:
     }
     void parseDate()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, format);
-        QFETCH(bool, birthday);
-        QFETCH(QLocale, locale);
-        QFETCH(QString, expected);
-        QCOMPARE(read(text, format, birthday, locale), expected);
+        QFETCH(DateCase, c);
+        QCOMPARE(read(c.text, c.format, c.birthday, c.locale), c.expected);
     }
 
-    // Every text the date field shows in its format reads back as the date it shows.
+    // Every text the date and time fields show in their formats reads back as what they show.
     void displayedTextReadsBack_data()
     {
         QTest::addColumn<QString>("format");
         QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<bool>("time"); // read as the time field does
         const QStringList formats{
             u"d/m/yyyy"_qs, u"mm/dd/yyyy"_qs, u"m/d/yy"_qs, u"yyyy-mm-dd"_qs, u"ddmmyyyy"_qs, u"ddmmyy"_qs,
             u"dd-mmm-yy"_qs, u"mmm d, yyyy"_qs, u"dddd, d mmmm yyyy"_qs, u"ddd dd/mm/yyyy"_qs, u"dddddd"_qs,
@@ -137,48 +134,35 @@ private slots:
             u"mmmmm yyyy dd"_qs, u"hh:nn dd/mm/yyyy"_qs, u"yyyy-mm-dd\"T\"hh:nn"_qs};
         for (const QLocale &l : {kUs, QLocale(QLocale::German, QLocale::Germany), QLocale(QLocale::French, QLocale::France)})
             for (const QString &f : formats)
-                QTest::addRow("%s %s", qPrintable(l.name()), qPrintable(f)) << f << l;
+                QTest::addRow("%s %s", qPrintable(l.name()), qPrintable(f)) << f << l << false;
+        for (const char16_t *f : {u"hh:nn am/pm", u"h:nn", u"hh:mm", u"h:nn:ss AM/PM", u"hh:nn a/p", u"hhnn",
+                                  u"hh.nn.ss", u"ttttt", u"h ampm", u"mm/dd hh:nn am/pm", u"d mmm yyyy h:nn"})
+            QTest::addRow("time %s", qPrintable(QString::fromUtf16(f))) << QString::fromUtf16(f) << kUs << true;
     }
     void displayedTextReadsBack()
     {
         QFETCH(QString, format);
         QFETCH(QLocale, locale);
+        QFETCH(bool, time);
         KelRuntimeDates dates(locale);
         const bool yearless = FormatDate(serial(QDate(2000, 2, 29)), format, locale)
                 == FormatDate(serial(QDate(2004, 2, 29)), format, locale);
         QRandomGenerator random(20130315);
-        QList<double> samples{kMinDaySerial, kMaxDaySerial + 0.99998, serial(QDate(1999, 12, 31)), serial(QDate(2000, 2, 29)),
-                              serial(QDate(1900, 2, 28)), serial(kToday)};
-        for (int i = 0; i < 400; ++i) // seconds only: the field shows no fraction of one
+        QList<double> samples;
+        for (int second = 0; time && second < 86400; second += 59) // the time field holds a time of day
+            samples << second / 86400.0;
+        if (!time)
+            samples << kMinDaySerial << kMaxDaySerial + 0.99998 << serial(QDate(1999, 12, 31)) << serial(QDate(2000, 2, 29))
+                    << serial(QDate(1900, 2, 28)) << serial(kToday);
+        for (int i = 0; !time && i < 400; ++i) // seconds only: the field shows no fraction of one
             samples << std::floor((kMinDaySerial + random.generateDouble() * (kMaxDaySerial + 1 - kMinDaySerial)) * 86400) / 86400;
         for (double s : samples) {
             if (yearless && Month(s) == 2 && Day(s) == 29)
                 continue; // without its year, 29 February is read in the default year
             const QString text = FormatDate(s, format, locale);
-            const Variant back = dates.ParseDate(text, format, Variant(Date{serial(kToday)}), false);
+            const Variant back = time ? dates.ParseTime(text) : dates.ParseDate(text, format, Variant(Date{serial(kToday)}), false);
             QVERIFY2(back.get<Date>(), qPrintable(text + u" from "_qs + toQDateTime(s).toString(Qt::ISODate)));
             QCOMPARE(FormatDate(back.get<Date>()->serial, format, locale), text);
-        }
-    }
-
-    // What the time field shows reads back as the time it shows.
-    void displayedTimeReadsBack_data()
-    {
-        QTest::addColumn<QString>("format");
-        for (const char16_t *f : {u"hh:nn am/pm", u"h:nn", u"hh:mm", u"h:nn:ss AM/PM", u"hh:nn a/p", u"hhnn",
-                                  u"hh.nn.ss", u"ttttt", u"h ampm", u"mm/dd hh:nn am/pm", u"d mmm yyyy h:nn"})
-            QTest::newRow(qPrintable(QString::fromUtf16(f))) << QString::fromUtf16(f);
-    }
-    void displayedTimeReadsBack()
-    {
-        QFETCH(QString, format);
-        KelRuntimeDates dates(kUs);
-        for (int second = 0; second < 86400; second += 59) {
-            const double s = second / 86400.0;
-            const QString text = FormatDate(s, format, kUs);
-            const Variant back = dates.ParseTime(text);
-            QVERIFY2(back.get<Date>(), qPrintable(text));
-            QCOMPARE(FormatDate(back.get<Date>()->serial, format, kUs), text);
         }
     }
 
