@@ -148,7 +148,6 @@ private slots:
         row("optional arg", number, u"[id(0x68030002), propget] HRESULT Valid([in, optional, defaultvalue(0)] VARIANT_BOOL ShowMessage, [out, retval] VARIANT_BOOL* pVal);"_s);
         row("hidden by-ref put", number, u"[id(0x68030001), propput, hidden] HRESULT ValueOriginal([in, out] double* pVal);"_s);
         row("by-ref arg", number, u"[id(0x6803000f), propget] HRESULT ChangedCaption([in, out] BSTR* CaptionToSave, [out, retval] VARIANT_BOOL* pVal);"_s);
-        row("standard enabled", number, u"[id(0xfffffdfe), propget] HRESULT Enabled([out, retval] VARIANT_BOOL* pVal);"_s);
         row("default member", number, u"[id(0x00000000), propput] HRESULT Value([in] VARIANT pVal);"_s);
         row("array", "interface _KelCombo : IDispatch", u"[id(0x60030016)] HRESULT ListFromArray([in, out] SAFEARRAY(BSTR)* strArray);"_s);
         row("enum", "interface _KelDate : IDispatch", u"[id(0x6803000b), propput] HRESULT DaysFlag([in] KelDateDaysFlag pVal);"_s);

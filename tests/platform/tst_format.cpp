@@ -42,18 +42,16 @@ private slots:
     void format_data()
     {
         QTest::addColumn<Case>("c");
-        num("# of 0 [wine]", 0, u"#", u"");  num("#.# of 0 [wine]", 0, u"#.#", u".");
-        num("escaped literals [wine]", 0, u"00\\c\\o\\p\\y", u"00copy");
+        num("#.# of 0 [wine]", 0, u"#.#", u".");  num("escaped literals [wine]", 0, u"00\\c\\o\\p\\y", u"00copy");
         num("two sections, negative [wine]", -1, u"\"pos\";\"neg\"", u"neg");
         num("three sections, zero [wine]", 0, u"\"pos\";\"neg\";\"zero\"", u"zero");
         num("leading zeros from the first 0 [wine]", 1, u"#00##00#0", u"00000001");
-        num("grouping [wine]", 100000, u"#,###,###,###", u"100,000");
         num("grouping and bare point [wine]", 123456789, u"#,#.#", u"123,456,789.");
         num("comma before a space is literal [wine]", 123456789, u"###, ###, ###", u"123, 456, 789");
         num("fraction zeros up to the last 0 [wine]", 1.2, u"0#.0#0#0#0#0", u"01.200000000");
         num("carry through nines [wine]", 9.9999999, u"#0.000000", u"10.000000");
         num("negative, no integer placeholder [wine]", -0.1, u".#", u"-.1");
-        num("rounds up to .1 [wine]", 0.0995, u"#.##", u".1");  num("rounds away [wine]", 0.0049, u"#.##", u".");
+        num("rounds up to .1 [wine]", 0.0995, u"#.##", u".1");
         num("binary 23.674999... shows 23.68 [lo]", 23.675, u"00.00", u"23.68");  num("percent [lo]", 0.25, u"##.00%", u"25.00%");
         num("escaped % does not scale [lo]", 0.25, u"##.###\\%", u".25%");
         num("beyond 15 digits never cut", 1e17, u"###############", u"100000000000000000");
@@ -62,34 +60,30 @@ private slots:
         num("decimal rounding [wine]", 1.73245, u"0.0000E+000", u"1.7325E+000");
         num("large [wine]", 450.0001e+43, u"#000.0000e+0", u"4500.0010e+42");
         num("Scientific of 0 [wine]", 0.0, u"Scientific", u"0.00E+00");
-        num("Standard [lo]", 562486.2356, u"Standard", u"562,486.24");  num("Percent [lo]", 0.7521, u"Percent", u"75.21%");
-        num("Scientific negative [lo]", -3456.789, u"Scientific", u"-3.46E+03");
+        num("Standard [lo]", 562486.2356, u"Standard", u"562,486.24");
         num("de separators", 1234567.891, u"#,##0.00", u"1.234.567,89", de);
 
         gen("0 [wine]", 0, u"0");  gen("es comma [winebs]", 0.5, u"0,5", es);
-        gen("562486.2356 [lo]", 562486.2356, u"562486.2356");  gen("15 digits stay plain", 999999999999999.0, u"999999999999999");
-        gen("16 digits take the exponent", 1234567890123456.0, u"1.23456789012346E+15");  gen("1E+20", 1e20, u"1E+20");
-        gen("small", -0.000015, u"-1.5E-05");  gen("0.0001 stays plain", 0.0001, u"0.0001");
+        gen("15 digits stay plain", 999999999999999.0, u"999999999999999");
+        gen("16 digits take the exponent", 1234567890123456.0, u"1.23456789012346E+15");  gen("small", -0.000015, u"-1.5E-05");
+        gen("0.0001 stays plain", 0.0001, u"0.0001");
 
         reg("-1 in parentheses [wine]", -1, u"2P", u"(1.00)");
         reg("20 decimals, leading zero [lo]", -0.2, u"20L", u"-0.20000000000000000000");
         reg("20 decimals, no leading zero [lo]", -0.2, u"20", u"-.20000000000000000000");
-        reg("parentheses, no leading zero [lo]", -0.2, u"2P", u"(.20)");
         reg("grouped [lo]", -12345678, u"2LG", u"-12,345,678.00");  reg("negative zero after rounding", -0.001, u"2LP", u"0.00");
         reg("no digits, no separator", 2.5, u"0L", u"3");
 
         const double noon = 2.525; // Monday 1 January 1900 12:36 [wine]
         const double sat = at(36918, 17, 4, 23);
         dat("am/pm [wine]", noon, u"am/pm", u"pm");  dat("dddd [wine]", noon, u"dddd", u"Monday");
-        dat("day of year [wine]", noon, u"y", u"1");  dat("yyy is yy and y [wine]", noon, u"yyy", u"001");
+        dat("yyy is yy and y [wine]", noon, u"yyy", u"001");
         dat("mm after hh is minutes [wine]", noon, u"dd mm yyyy hh:mm:ss", u"01 01 1900 12:36:00");
         dat("mm without hh is month [wine]", noon, u"dd mm yyyy :mm", u"01 01 1900 :01");
         dat("mm after ss is month [wine]", noon, u"hh:mm :ss:mm", u"12:36 :00:01");
         dat("dd between cancels the hour [wine]", noon, u"hh:dd :mm:mm", u"12:01 :01:01");
         dat("A/P makes 12-hour [wine]", 2.725, u"hh:nn:ss A/P", u"05:24:00 P");  dat("w [wine]", 0, u"w", u"7");
-        dat("long time [wine]", noon, u"long time", u"12:36:00 PM");
         dat("general, time only [winebs]", 0.0, u"", u"12:00:00 AM");
-        dat("general, both [winebs]", 3339.34, u"", u"2/20/1909 8:09:36 AM");
         dat("general, before the epoch [winebs]", -49192.24, u"", u"4/24/1765 5:45:36 AM");
         dat("h:m:s [lo]", sat, u"h:m:s", u"17:4:23");
         dat("upper case tokens [lo]", sat, u"dddd, MMM d yyyy", u"Saturday, Jan 27 2001");

@@ -83,7 +83,6 @@ private slots:
     void bagDefaultsAndCoercion()
     {
         MemoryPropertyBag bag;
-        bag.WriteProperty(u"Caption"_qs, u""_qs, u""_qs);
         bag.WriteProperty(u"Enabled"_qs, true, true);
         QVERIFY(bag.entries().isEmpty());              // equal to its default: not stored
         bag.WriteProperty(u"Width"_qs, qint16(300), qint16(0));
