@@ -118,9 +118,7 @@ private slots:
     void lookupAndEnum()
     {
         const ClassInfo &text = cls(u"keltext"_s);
-        QCOMPARE(text.name, u"KelText"_s);
         QCOMPARE(findMember(text, u"HWND")->name, u"hWnd"_s);
-        QCOMPARE(findMember(text, u"textraw")->dispid, 0x68030011);
         QCOMPARE(findMember(text, u"NoSuchMember"), nullptr);
         QCOMPARE(findMember(text, DISPID_CAPTION), nullptr);
         QCOMPARE(findMember(cls(u"KelCombo"_s), DISPID_ENABLED), nullptr);   // its Enabled has its own id
