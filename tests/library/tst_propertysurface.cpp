@@ -111,19 +111,6 @@ private slots:
         QVERIFY(back.isValid());
         QVERIFY2(back.convert(plainTypeOf(p)), qPrintable(u"read back as "_qs + QLatin1String(back.typeName())));
     }
-
-    // What goes in comes out for the values that need no clamping; nothing at all reads as 0.
-    void numberValueRoundTrip()
-    {
-        QWidget parent;
-        std::unique_ptr<QObject> number(createObject(u"KelNumber"_qs, &parent));
-        for (const QVariant &v : {QVariant(u"12.25"_qs), QVariant()}) {
-            QVERIFY(number->setProperty("Value", v));
-            bool ok = false;
-            QCOMPARE(number->property("Value").toDouble(&ok), v.toDouble());
-            QVERIFY(ok);
-        }
-    }
 };
 
 QTEST_MAIN(TestPropertySurface)

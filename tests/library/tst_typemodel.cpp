@@ -74,6 +74,16 @@ private slots:
         }
         QCOMPARE(got, c.events);
         QCOMPARE(int(idlBlock(u"interface _"_s + c.name + u" : IDispatch"_s).size()), c.idlLines);
+        QSet<qint32> seen; // unique ids, methods and own properties each in their band
+        for (const Member &m : info.members) {
+            QVERIFY2(!seen.contains(m.dispid), qPrintable(c.name + u'.' + m.name));
+            seen.insert(m.dispid);
+            const quint32 band = quint32(m.dispid) & 0xFFFF0000u;
+            if (m.access == Access::Method)
+                QCOMPARE(band, 0x60030000u);
+            else if (m.dispid != DISPID_VALUE && m.dispid != DISPID_ENABLED && m.dispid != DISPID_CAPTION)
+                QCOMPARE(band, 0x68030000u);
+        }
     }
 
     void members_data()
@@ -85,16 +95,12 @@ private slots:
         using enum Access;
         row("KelProgressBar", "Enabled", 1, 0x68030003, ReadWrite);   // its own id, not the standard one
         row("KelNumber", "Caption", 0, 0x68030012, ReadWrite);
-        row("KelNumber", "Enabled", 6, -514, ReadWrite);
         row("KelNumber", "ValueSaved", 22, 0x68030000, ReadWriteByRef, true);
         row("KelCheck", "Caption", 0, -518, ReadWrite);
         row("KelCombo", "ListIndex", 9, 0x6803000A, ReadWriteByRef);
         row("KelCombo", "ListFromArray", 23, 0x60030016, Method);   // last, out of name order
         row("KelDate", "DaysFlag", 4, 0x6803000B, ReadWrite);
-        row("KelTime", "Refresh", 11, 0x6003000F, Method);
         row("KelText", "hWnd", 5, 0x6803000A, ReadOnly);
-        row("KelText", "TextRaw", 19, 0x68030011, ReadOnly);         // last, out of name order
-        row("KelControlHandler", "SetRuntime", 0, 0x60030000, Method);
     }
     void members()
     {
@@ -109,35 +115,17 @@ private slots:
         QCOMPARE(findMember(c, m.dispid), &got);
     }
 
-    void dispids()
-    {
-        for (const ClassInfo &c : library().classes) {
-            QSet<qint32> seen;
-            for (const Member &m : c.members) {
-                QVERIFY2(!seen.contains(m.dispid), qPrintable(c.name + u'.' + m.name));
-                seen.insert(m.dispid);
-                const quint32 band = quint32(m.dispid) & 0xFFFF0000u;
-                if (m.access == Access::Method)
-                    QCOMPARE(band, 0x60030000u);
-                else if (m.dispid != DISPID_VALUE && m.dispid != DISPID_ENABLED && m.dispid != DISPID_CAPTION)
-                    QCOMPARE(band, 0x68030000u);
-            }
-        }
-        const ClassInfo &n = cls(u"KelNumber"_s);
-        QCOMPARE(QSet<QUuid>({library().libraryId, n.classId, n.interfaceId, n.eventInterfaceId}).size(), 4);
-        QCOMPARE(n.classId.version(), QUuid::Sha1);   // name-based, so stable across builds
-    }
-
     void lookupAndEnum()
     {
         const ClassInfo &text = cls(u"keltext"_s);
-        QCOMPARE(text.name, u"KelText"_s);
         QCOMPARE(findMember(text, u"HWND")->name, u"hWnd"_s);
-        QCOMPARE(findMember(text, u"textraw")->dispid, 0x68030011);
         QCOMPARE(findMember(text, u"NoSuchMember"), nullptr);
         QCOMPARE(findMember(text, DISPID_CAPTION), nullptr);
         QCOMPARE(findMember(cls(u"KelCombo"_s), DISPID_ENABLED), nullptr);   // its Enabled has its own id
         QCOMPARE(findClass(u"KelLabel"), nullptr);
+        const ClassInfo &n = cls(u"KelNumber"_s);
+        QCOMPARE(QSet<QUuid>({library().libraryId, n.classId, n.interfaceId, n.eventInterfaceId}).size(), 4);
+        QCOMPARE(n.classId.version(), QUuid::Sha1);   // name-based, so stable across builds
 
         QCOMPARE(library().enums.size(), size_t(1));
         QStringList values;
@@ -158,11 +146,8 @@ private slots:
         row("optional arg", number, u"[id(0x68030002), propget] HRESULT Valid([in, optional, defaultvalue(0)] VARIANT_BOOL ShowMessage, [out, retval] VARIANT_BOOL* pVal);"_s);
         row("hidden by-ref put", number, u"[id(0x68030001), propput, hidden] HRESULT ValueOriginal([in, out] double* pVal);"_s);
         row("by-ref arg", number, u"[id(0x6803000f), propget] HRESULT ChangedCaption([in, out] BSTR* CaptionToSave, [out, retval] VARIANT_BOOL* pVal);"_s);
-        row("standard enabled", number, u"[id(0xfffffdfe), propget] HRESULT Enabled([out, retval] VARIANT_BOOL* pVal);"_s);
         row("default member", number, u"[id(0x00000000), propput] HRESULT Value([in] VARIANT pVal);"_s);
-        row("long", "interface _KelProgressBar : IDispatch", u"[id(0x68030002), propput] HRESULT Max([in] long pVal);"_s);
         row("array", "interface _KelCombo : IDispatch", u"[id(0x60030016)] HRESULT ListFromArray([in, out] SAFEARRAY(BSTR)* strArray);"_s);
-        row("visible by-ref put", "interface _KelCombo : IDispatch", u"[id(0x6803000a), propput] HRESULT ListIndex([in, out] short* pVal);"_s);
         row("enum", "interface _KelDate : IDispatch", u"[id(0x6803000b), propput] HRESULT DaysFlag([in] KelDateDaysFlag pVal);"_s);
         row("date", "interface _KelTime : IDispatch", u"[id(0x68030005), propget] HRESULT MinValue([out, retval] DATE* pVal);"_s);
         row("object", "interface _KelControlHandler : IDispatch", u"[id(0x60030000)] HRESULT SetRuntime([in] IDispatch* Runtime);"_s);

@@ -1,8 +1,6 @@
 #include "controls/number/kelnumber.h"
 #include "kelfixture.h"
-#include "library/dispatch.h"
 #include "library/kelcontrolhandler.h"
-#include "library/typemodel.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -10,7 +8,6 @@
 #include <QTest>
 #include <QScopeGuard>
 #include <QWheelEvent>
-#include <cmath>
 
 using namespace kel;
 
@@ -29,36 +26,8 @@ struct StepCase { bool upDown; double start, min, max, step; const char *how; do
 struct ValidCase { bool mandatory, locked; double min, max; int decimals; bool group; const char16_t *typed; QString message; double committed; };
 struct LayoutCase { bool upDown; double width, expected, label; };
 
-// A host's own run-time object: its number services read its region's text, and nothing of
-// ours is behind it.
-class HostDates : public IRuntimeDates
-{
-public:
-    explicit HostDates(const QLocale &region) : m_region(region) {}
-    Variant ParseDate(const QString &, const QString &, const Variant &, bool) override { return Null; }
-    Date LastDayOfMonth(Date d) override { return d; }
-    Variant ParseTime(const QString &) override { return Null; }
-    double NumberFromValue(const Variant &value, qint16 decimals) override
-    {
-        if (value.type() != Variant::Type::String)
-            return RoundNumber(value.toDouble(), decimals);
-        QString t = value.toString().remove(m_region.groupSeparator());
-        const bool parens = t.startsWith(u'(') && t.endsWith(u')');
-        if (parens)
-            t = t.mid(1, t.size() - 2);
-        const double v = t.isEmpty() ? 0 : m_region.toDouble(t);
-        return RoundNumber(parens ? -v : v, decimals);
-    }
-    double RoundNumber(double number, qint16 decimals) override
-    {
-        const double scale = std::pow(10.0, decimals);
-        return std::round(number * scale) / scale;
-    }
-
-private:
-    QLocale m_region;
-};
-
+// A host's own run-time object in another region than the process; nothing of our run-time
+// object is behind it but the number services it hands out.
 class HostRuntime : public IKelRuntime
 {
 public:
@@ -70,7 +39,7 @@ public:
     FontSpec CaptionFont() override { return {}; }
     FontSpec FieldFont() override { return {}; }
     void SendKey(int) override {}
-    std::shared_ptr<IRuntimeDates> RuntimeDates() override { return std::make_shared<HostDates>(m_region); }
+    std::shared_ptr<IRuntimeDates> RuntimeDates() override { return std::make_shared<KelRuntimeDates>(m_region); }
     QString ListAppend(const QString &list, const QString &) override { return list; }
     QString ReadField(const QString &, qint32 &position, int) override { position = -1; return {}; }
 
@@ -119,7 +88,6 @@ private slots:
         QTest::newRow("sixteen places") << ValueCase{16, true, 0.1, 0.1, u"0.1000000000000000", u".1"};
         QTest::newRow("Empty is zero, edits empty") << ValueCase{2, true, Variant(), 0, u"0.00", u""};
         QTest::newRow("text ignored") << ValueCase{2, true, u"abc", 5, u"5.00", u"5"};
-        QTest::newRow("Null ignored") << ValueCase{2, true, Null, 5, u"5.00", u"5"};
     }
     void valueAndForms()
     {
@@ -146,7 +114,6 @@ private slots:
         QTest::addColumn<KeyCase>("c");
         QTest::newRow("minus twice keeps one") << KeyCase{2, 12, 2, true, false, u"--", u"-12", 1, 2, 0};
         QTest::newRow("separator to caret") << KeyCase{2, 12.34, 1, true, false, u".", u"1.34", 2, 2, 0};
-        QTest::newRow("separator at caret") << KeyCase{2, 12.34, 3, true, false, u".", u"12.34", 3, 2, 0};
         QTest::newRow("separator back to caret") << KeyCase{2, 12.34, 4, true, false, u".", u"12.4", 3, 1, 0};
         QTest::newRow("first separator inserted") << KeyCase{2, 123, 1, true, false, u".", u"1.23", 2, 2, 0};
         QTest::newRow("first separator overwrites") << KeyCase{2, 123, 1, false, false, u".", u"1.3", 2, 1, 0};
@@ -194,18 +161,15 @@ private slots:
     void hostRegion_data()
     {
         QTest::addColumn<QLocale>("region");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QString>("edited");
-        QTest::addColumn<QString>("stepped");
-        QTest::newRow("German") << QLocale(QLocale::German, QLocale::Germany) << u"1.234,50"_qs << u"1234,5"_qs << u"2,50"_qs;
-        QTest::newRow("Swiss") << QLocale(QLocale::German, QLocale::Switzerland) << str(u"1\u2019234.50") << u"1234.5"_qs << u"2.50"_qs;
+        QTest::addColumn<QStringList>("forms"); // shown, edited, stepped
+        QTest::newRow("German") << QLocale(QLocale::German, QLocale::Germany) << QStringList{u"1.234,50"_qs, u"1234,5"_qs, u"2,50"_qs};
+        QTest::newRow("Swiss") << QLocale(QLocale::German, QLocale::Switzerland) << QStringList{str(u"1\u2019234.50"), u"1234.5"_qs, u"2.50"_qs};
     }
     void hostRegion()
     {
         QFETCH(QLocale, region);
-        QFETCH(QString, shown);
-        QFETCH(QString, edited);
-        QFETCH(QString, stepped);
+        QFETCH(QStringList, forms);
+        const QString &shown = forms[0];
         const QLocale process;
         QLocale::setDefault(QLocale::c());
         auto restore = qScopeGuard([&] { QLocale::setDefault(process); });
@@ -214,7 +178,7 @@ private slots:
         n->setValue(1234.5);
         QCOMPARE(text1(n)->text(), shown);
         enter(n);
-        QCOMPARE(text1(n)->text(), edited);
+        QCOMPARE(text1(n)->text(), forms[1]);
         enter(f->second);
         QCOMPARE(value(n), 1234.5);
         QVERIFY(!n->Changed());
@@ -225,14 +189,13 @@ private slots:
         enter(n);
         QTest::keyClick(text1(n), Qt::Key_Up);
         QCOMPARE(value(n), 2.5);
-        QCOMPARE(text1(n)->text(), stepped);
+        QCOMPARE(text1(n)->text(), forms[2]);
     }
 
     // Up/Down keys and the spinner halves; a step clamped back to the same value raises nothing.
     void stepping_data()
     {
         QTest::addColumn<StepCase>("c");
-        QTest::newRow("Up key") << StepCase{true, 5, -100, 100, 1, "up", 6, 1, u"6.00"};
         QTest::newRow("Down key below zero") << StepCase{true, 0.5, -100, 100, 1, "down", -0.5, 1, u"(0.50)"};
         QTest::newRow("Up at MaxValue") << StepCase{true, 10, 0, 10, 1, "up", 10, 0, u"10.00"};
         QTest::newRow("Down lands on MinValue") << StepCase{true, 1.5, 1, 10, 1, "down", 1, 1, u"1.00"};
@@ -305,11 +268,8 @@ private slots:
         QCOMPARE(n->Valid(true), message.isEmpty());
         QCOMPARE(text1(n)->text(), c.locked ? u"0"_qs : str(c.typed));
         QCOMPARE(rec->boxes.size(), size_t(message.isEmpty() ? 0 : 1));
-        if (!message.isEmpty()) {
-            QCOMPARE(rec->boxes[0].prompt, message);
-            QCOMPARE(rec->boxes[0].style, 64);
-            QCOMPARE(rec->boxes[0].title, u"Invalid Value"_qs);
-        }
+        if (!message.isEmpty())
+            QCOMPARE(rec->boxes[0].title + u": "_qs + rec->boxes[0].prompt, u"Invalid Value: "_qs + message);
         enter(f->second);
         QCOMPARE(value(n), c.committed);
         QCOMPARE(rec->boxes.size(), size_t(message.isEmpty() ? 0 : 1));
@@ -342,6 +302,16 @@ private slots:
         QCOMPARE(n->MinValue(), -4.0);
         n->setValue(50); // never clamped from code
         QCOMPARE(value(n), 50.0);
+        // Absent entries read as 0 for both bounds; only Value is always written.
+        MemoryPropertyBag empty;
+        n->setMandatory(false);
+        n->ReadProperties(empty);
+        QCOMPARE(n->MinValue(), 0.0);
+        QCOMPARE(n->MaxValue(), 0.0);
+        QVERIFY(n->Mandatory());
+        n->WriteProperties(empty);
+        QCOMPARE(empty.entries().size(), qsizetype(1));
+        QCOMPARE(empty.value(u"Value"_qs), Variant(0.0));
     }
 
     void layout_data()
@@ -369,62 +339,6 @@ private slots:
                      QRectF(c.expected - 240, 0, 240, 300));
     }
 
-    void persistence()
-    {
-        const std::vector<std::pair<QString, Variant>> set = { // in the order they are written
-            {u"Caption"_qs, u"Amount"}, {u"CaptionWidth"_qs, qint16(900)}, {u"Decimals"_qs, qint16(3)},
-            {u"Enabled"_qs, false}, {u"FontBold"_qs, true}, {u"GroupDigits"_qs, false}, {u"InsertMode"_qs, true},
-            {u"Locked"_qs, true}, {u"Mandatory"_qs, false}, {u"MaxValue"_qs, 500.125}, {u"MinValue"_qs, -20.5},
-            {u"SelectOnFocus"_qs, true}, {u"UpDown"_qs, true}, {u"UpDownChange"_qs, 0.5}, {u"Value"_qs, 12.345},
-        };
-        KelNumber *saved = f->first, *loaded = f->second;
-        saved->setWidth(4000);
-        loaded->setWidth(4000);
-        for (const auto &[name, v] : set)
-            QVERIFY2(dispatchPut(saved, name, v), qPrintable(name));
-        MemoryPropertyBag bag;
-        saved->WriteProperties(bag);
-        QCOMPARE(bag.entries().size(), qsizetype(set.size()));
-        for (size_t i = 0; i < set.size(); ++i)
-            QCOMPARE(bag.entries()[qsizetype(i)].first, set[i].first);
-        loaded->ReadProperties(bag);
-        for (const auto &[name, v] : set)
-            QVERIFY2(dispatchGet(loaded, name) == dispatchGet(saved, name), qPrintable(name));
-        QCOMPARE(text1(loaded)->text(), u"12.345"_qs);
-
-        // Absent entries read as 0 for both bounds; only Value is always written.
-        MemoryPropertyBag empty;
-        saved->ReadProperties(empty);
-        QCOMPARE(saved->MinValue(), 0.0);
-        QCOMPARE(saved->MaxValue(), 0.0);
-        QVERIFY(saved->Mandatory());
-        saved->WriteProperties(empty);
-        QCOMPARE(empty.entries().size(), qsizetype(1));
-        QCOMPARE(empty.value(u"Value"_qs), Variant(0.0));
-    }
-
-    void everyMemberReachableByDispatch()
-    {
-        const typemodel::ClassInfo *cls = typemodel::findClass(u"KelNumber");
-        QVERIFY(cls);
-        n->setCaption(u"Amount"_qs);
-        n->Label1->Tag = u"old"_qs;
-        for (const typemodel::Member &m : cls->members) {
-            const bool method = m.access == typemodel::Access::Method, byRef = m.name == u"ChangedCaption";
-            std::vector<Variant> args;
-            if (byRef || (method && !m.args.empty()))
-                args.push_back(method ? u"tip"_qs : QString());
-            const DispatchResult got = dispatchInvoke(n, m.dispid, method ? DispatchKind::Method : DispatchKind::PropertyGet, args);
-            QVERIFY2(got.ok, qPrintable(m.name + u' ' + got.error));
-            if (byRef)
-                QCOMPARE(args[0], Variant(u"Amount"_qs));
-            if (method || m.access == typemodel::Access::ReadOnly)
-                continue;
-            std::vector<Variant> put{got.value};
-            QVERIFY2(dispatchInvoke(n, m.dispid, DispatchKind::PropertyPut, put).ok, qPrintable(m.name));
-        }
-        QCOMPARE(n->Text1->ToolTipText(), u"tip"_qs);
-    }
 };
 
 QTEST_MAIN(TestKelNumber)

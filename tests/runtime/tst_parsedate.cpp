@@ -37,7 +37,11 @@ QString read(const QString &text, const QString &format, bool birthday = false, 
     return shown(KelRuntimeDates(locale).ParseDate(text, format, Variant(Date{serial(kToday)}), birthday));
 }
 
+struct DateCase { QString text, format; bool birthday; QLocale locale; QString expected; };
+
 } // namespace
+
+Q_DECLARE_METATYPE(DateCase)
 
 class TestParseDate : public QObject
 {
@@ -46,165 +50,112 @@ private slots:
     // Expected: "" for no date, else the date, with its time of day when it has one.
     void parseDate_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<bool>("birthday");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char *name, const char16_t *text, const char16_t *format, const char *expected,
-                            bool birthday = false) {
+        QTest::addColumn<DateCase>("c");
+        const auto in = [](const QLocale &locale, const char *name, const char16_t *text, const char16_t *format,
+                           const char *expected, bool birthday = false) {
             const QString e = QString::fromLatin1(expected);
-            QTest::newRow(name) << QString::fromUtf16(text) << QString::fromUtf16(format) << birthday
-                                << (e.isEmpty() ? e : e + u" 00:00:00"_qs.mid(e.size() - 10));
+            QTest::newRow(name) << DateCase{QString::fromUtf16(text), QString::fromUtf16(format), birthday, locale,
+                                            e.isEmpty() ? e : e + u" 00:00:00"_qs.mid(e.size() - 10)};
         };
+        const auto row = [&](const char *name, const char16_t *text, const char16_t *format, const char *expected,
+                             bool birthday = false) { in(kUs, name, text, format, expected, birthday); };
+        const QLocale de(QLocale::German, QLocale::Germany);
         const char16_t *dmy = u"dd/mm/yyyy";
         const char16_t *dmyhn = u"dd/mm/yyyy hh:nn";
-        row("any separators", u" 15 .- 3,,2013 ", dmy, "2013-03-15");
-        row("six digits", u"150313", dmy, "2013-03-15");
-        row("four digits: no year", u"1503", dmy, "2026-03-15");  row("five digits", u"15032", dmy, "");
+        row("any separators", u" 15 .- 3,,2013 ", dmy, "2013-03-15");  row("six digits", u"150313", dmy, "2013-03-15");
+        row("four digits: no year", u"1503", dmy, "2026-03-15");
         row("eight digits year first", u"20130315", u"yyyy-mm-dd", "2013-03-15");
         row("saved form read with any format", u"15032013", u"d mmm yyyy", "2013-03-15");
-        row("day alone", u"7", dmy, "2026-11-07");  row("no year", u"7/2", dmy, "2026-02-07");
-        row("month abbreviation first", u"Mar 15, 2013", dmy, "2013-03-15");
-        row("month name glued", u"15mar13", dmy, "2013-03-15");  row("name prefix, any case", u"15 SEPT 2013", dmy, "2013-09-15");
-        row("weekday skipped", u"Friday, 15 March 2013", dmy, "2013-03-15");  row("ordinal", u"March 15th 2013", dmy, "2013-03-15");
-        row("Now", u"Now", dmy, "2026-11-23");  row("today any case", u"  tODAY ", u"mm/dd/yy", "2026-11-23");
+        row("no year", u"7/2", dmy, "2026-02-07");  row("month name glued", u"15mar13", dmy, "2013-03-15");
+        row("weekday skipped", u"Friday, 15 March 2013", dmy, "2013-03-15");
+        row("ordinal", u"March 15th 2013", dmy, "2013-03-15");  row("today any case", u"  tODAY ", u"mm/dd/yy", "2026-11-23");
         row("two-digit year near", u"1/1/46", dmy, "2046-01-01");  row("two-digit year far", u"1/1/47", dmy, "1947-01-01");
-        row("one-digit year", u"1/1/5", dmy, "2005-01-01");  row("three-digit year", u"1/1/800", dmy, "0800-01-01");
+        row("three-digit year", u"1/1/800", dmy, "0800-01-01");
         row("birthday: short year never ahead", u"1/1/30", dmy, "1930-01-01", true);
         row("birthday: short year past", u"1/1/19", dmy, "2019-01-01", true);
         row("birthday: missing year goes back", u"24/12", dmy, "2025-12-24", true);
         row("birthday: today allowed", u"23/11/2026", dmy, "2026-11-23", true);
-        row("birthday: explicit future year", u"24/11/2026", dmy, "", true);
-        row("31 February", u"31/02/2013", dmy, "");  row("month 13", u"1/13/2013", dmy, "");  row("day 0", u"0/1/2013", dmy, "");
-        row("29 February leap", u"29/2/2012", dmy, "2012-02-29");  row("29 February not leap", u"29/2/2013", dmy, "");
-        row("no day", u"March 2013", dmy, "");  row("year 99 written in full", u"1/1/0099", dmy, "");
-        row("year 10000", u"1/1/10000", dmy, "");  row("too many numbers", u"1/2/2013/4/5/6/7", dmy, "");
-        row("unknown word", u"15 foo 2013", dmy, "");  row("two months", u"March April 2013", dmy, "");
-        row("blanks", u"   ", dmy, "");
-        row("huge digit run", u"99999999999999999999999999999999", dmy, "");
+        row("birthday: explicit future year", u"24/11/2026", dmy, "", true);  row("month 13", u"1/13/2013", dmy, "");
+        row("day 0", u"0/1/2013", dmy, "");  row("29 February leap", u"29/2/2012", dmy, "2012-02-29");
+        row("29 February not leap", u"29/2/2013", dmy, "");  row("no day", u"March 2013", dmy, "");
+        row("year 99 written in full", u"1/1/0099", dmy, "");  row("too many numbers", u"1/2/2013/4/5/6/7", dmy, "");
+        row("unknown word", u"15 foo 2013", dmy, "");  row("huge digit run", u"99999999999999999999999999999999", dmy, "");
         row("astral characters", u"15\U0001F600/03\U0001F600/2013", dmy, "2013-03-15");
-        row("ISO under any format", u"2013-03-15", u"mm/dd/yy", "2013-03-15");  row("ISO impossible", u"2013-02-30", dmy, "");
+        row("ISO under any format", u"2013-03-15", u"mm/dd/yy", "2013-03-15");
         row("ISO time dropped for a whole date", u"2013-03-15T10:15:00", dmy, "2013-03-15");
-        row("time dropped for a whole date", u"15/03/2013 10:15", dmy, "2013-03-15");
         row("impossible time still refused", u"15/03/2013 25:15", dmy, "");
         row("day of year beside the day", u"15/03/2013 074", u"dd/mm/yyyy y", "2013-03-15");
         row("quarter and week skipped", u"Q1 w11 15/03/2013", u"\"Q\"q \"w\"ww dd/mm/yyyy", "2013-03-15");
-        row("24 hours", u"15/03/2013 18:05", dmyhn, "2013-03-15 18:05:00");
         row("pm", u"15/03/2013 6:05:09 pm", u"dd/mm/yyyy h:nn:ss am/pm", "2013-03-15 18:05:09");
         row("m after h is minutes", u"15/03/2013 18:05", u"dd/mm/yyyy hh:mm", "2013-03-15 18:05:00");
         row("date and time in one run", u"150320131805", u"ddmmyyyy hhnn", "2013-03-15 18:05:00");
         row("time alone keeps the default date", u"6:05 pm", u"hh:nn am/pm", "2026-11-23 18:05:00");
         row("ISO with time", u"2013-03-15T18:05:09", dmyhn, "2013-03-15 18:05:09");
-        row("time omitted", u"15/03/2013", dmyhn, "2013-03-15");  row("minute 60", u"15/03/2013 18:60", dmyhn, "");
         row("13 pm", u"15/03/2013 13:00 pm", u"dd/mm/yyyy hh:nn am/pm", "");
+        const char16_t *mdy = u"mm/dd/yyyy";
+        const char16_t *mdyt = u"mm/dd/yyyy hh:nn:ss am/pm";
+        row("month name, comma [wine]", u"2 January, 1970", mdy, "1970-01-02");
+        row("day first [wine]", u"13-1-1970", u"dd-mm-yyyy", "1970-01-13");
+        row("two-digit year 29 [wine]", u"1 2 29", u"mm/dd/yy", "2029-01-02");
+        row("with time AM [wine]", u"6/30/2011 01:20:34 AM", mdyt, "2011-06-30 01:20:34");
+        row("ideographic space [wine]", u"6/30/2011\u30001:20:34", mdyt, "2011-06-30 01:20:34");
+        row("ISO with time [wine]", u"2013-05-14 02:04:12", u"yyyy-mm-dd hh:nn:ss", "2013-05-14 02:04:12");
+        in(de, "German with time [wine]", u"02.01.1970 00:00:00", u"dd.mm.yyyy hh:nn:ss", "1970-01-02");
+        in(de, "day 100000 [wine]", u"2173-10-14", u"yyyy-mm-dd", "2173-10-14");
+        row("month name first [lo]", u"February 12, 1969", u"dd/mm/yyyy", "1969-02-12");
+        row("both 07 [lo]", u"07/07/1977", mdy, "1977-07-07");
+        in(de, "German month name", u"15. März 2013", u"dd. mmmm yyyy", "2013-03-15");
+        in(de, "German weekday skipped", u"Fr, 15.03.2013", u"ddd, dd.mm.yyyy", "2013-03-15");
     }
     void parseDate()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, format);
-        QFETCH(bool, birthday);
-        QFETCH(QString, expected);
-        QCOMPARE(read(text, format, birthday), expected);
+        QFETCH(DateCase, c);
+        QCOMPARE(read(c.text, c.format, c.birthday, c.locale), c.expected);
     }
 
-    // Results as day serials, so the sources' numbers are compared as they stand.
-    void knownSerials_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<QLocale>("locale");
-        QTest::addColumn<double>("serial");
-        const QLocale de(QLocale::German, QLocale::Germany);
-        const auto row = [](const char *name, const char16_t *text, const char16_t *format, double serial,
-                            const QLocale &locale = kUs) {
-            QTest::newRow(name) << QString::fromUtf16(text) << QString::fromUtf16(format) << locale << serial;
-        };
-        const char16_t *mdy = u"mm/dd/yyyy";
-        const char16_t *mdyt = u"mm/dd/yyyy hh:nn:ss am/pm";
-        row("month name, comma [wine]", u"2 January, 1970", mdy, 25570);  row("abbreviation, slashes [wine]", u"2/Jan/1970", mdy, 25570);
-        row("blanks [wine]", u"1 2 1970", mdy, 25570);  row("dashes [wine]", u"1-2-1970", mdy, 25570);
-        row("day first [wine]", u"13-1-1970", u"dd-mm-yyyy", 25581);  row("year first [wine]", u"1970-1-13", u"yyyy-mm-dd", 25581);
-        row("two-digit year 29 [wine]", u"1 2 29", u"mm/dd/yy", 47120);
-        row("with time AM [wine]", u"6/30/2011 01:20:34 AM", mdyt, 40724.05594907407);
-        row("with time PM [wine]", u"6/30/2011 01:20:34 PM", mdyt, 40724.55594907407);
-        row("ideographic space [wine]", u"6/30/2011\u30001:20:34", mdyt, 40724.05594907407);
-        row("ISO with time [wine]", u"2013-05-14 02:04:12", u"yyyy-mm-dd hh:nn:ss", 41408.08625);
-        row("German with time [wine]", u"02.01.1970 00:00:00", u"dd.mm.yyyy hh:nn:ss", 25570, de);
-        row("German, ISO [wine]", u"2020-01-11", u"yyyy-mm-dd", 43841, de);
-        row("day 100000 [wine]", u"2173-10-14", u"yyyy-mm-dd", 100000, de);
-        row("month name first [lo]", u"February 12, 1969", u"dd/mm/yyyy", 25246);
-        row("day first [lo]", u"21/01/2008", u"dd/mm/yyyy", 39468);  row("day first, CDate [lo]", u"12/02/1969", u"dd/mm/yyyy", 25246);
-        row("both 07 [lo]", u"07/07/1977", mdy, 28313);
-        row("German month name", u"15. März 2013", u"dd. mmmm yyyy", 41348, de);
-        row("German weekday skipped", u"Fr, 15.03.2013", u"ddd, dd.mm.yyyy", 41348, de);
-        row("English names in any locale", u"15 March 2013", u"dd. mmmm yyyy", 41348, de);
-    }
-    void knownSerials()
-    {
-        QFETCH(QString, text);
-        QFETCH(QString, format);
-        QFETCH(QLocale, locale);
-        QFETCH(double, serial);
-        const Variant v = KelRuntimeDates(locale).ParseDate(text, format, Variant(Date{::serial(kToday)}), false);
-        QVERIFY2(v.get<Date>(), qPrintable(v.debugString()));
-        QVERIFY(std::fabs(v.get<Date>()->serial - serial) < 0.5 / 86400);
-    }
-
-    // Every text the date field shows in its format reads back as the date it shows.
+    // Every text the date and time fields show in their formats reads back as what they show.
     void displayedTextReadsBack_data()
     {
         QTest::addColumn<QString>("format");
         QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<bool>("time"); // read as the time field does
         const QStringList formats{
-            u"d/m/yyyy"_qs, u"mm/dd/yyyy"_qs, u"m/d/yy"_qs, u"yyyy-mm-dd"_qs, u"ddmmyyyy"_qs, u"yyyymmdd"_qs, u"ddmmyy"_qs,
-            u"dd-mmm-yy"_qs, u"mmm d, yyyy"_qs, u"dddd, d mmmm yyyy"_qs, u"ddd dd/mm/yyyy"_qs, u"ddddd"_qs, u"dddddd"_qs,
-            u"mm/yyyy"_qs, u"yyyy"_qs, u"dd/mm"_qs, u"dd/mm/yyyy hh:nn:ss am/pm"_qs, u"mm/dd/yy h:mm a/p"_qs, u"c"_qs,
-            u"\"Q\"q yyyy-mm-dd"_qs, u"ww dd/mm/yyyy"_qs, u"yyyy \"day\" y"_qs, u"dd \\de mmmm \\de yyyy"_qs, u"yy/mm/dd"_qs,
+            u"d/m/yyyy"_qs, u"mm/dd/yyyy"_qs, u"m/d/yy"_qs, u"yyyy-mm-dd"_qs, u"ddmmyyyy"_qs, u"ddmmyy"_qs,
+            u"dd-mmm-yy"_qs, u"mmm d, yyyy"_qs, u"dddd, d mmmm yyyy"_qs, u"ddd dd/mm/yyyy"_qs, u"dddddd"_qs,
+            u"mm/yyyy"_qs, u"dd/mm"_qs, u"dd/mm/yyyy hh:nn:ss am/pm"_qs, u"mm/dd/yy h:mm a/p"_qs, u"c"_qs,
+            u"\"Q\"q yyyy-mm-dd"_qs, u"ww dd/mm/yyyy"_qs, u"yyyy \"day\" y"_qs, u"dd \\de mmmm \\de yyyy"_qs,
             u"mmmmm yyyy dd"_qs, u"hh:nn dd/mm/yyyy"_qs, u"yyyy-mm-dd\"T\"hh:nn"_qs};
         for (const QLocale &l : {kUs, QLocale(QLocale::German, QLocale::Germany), QLocale(QLocale::French, QLocale::France)})
             for (const QString &f : formats)
-                QTest::addRow("%s %s", qPrintable(l.name()), qPrintable(f)) << f << l;
+                QTest::addRow("%s %s", qPrintable(l.name()), qPrintable(f)) << f << l << false;
+        for (const char16_t *f : {u"hh:nn am/pm", u"h:nn", u"hh:mm", u"h:nn:ss AM/PM", u"hh:nn a/p", u"hhnn",
+                                  u"hh.nn.ss", u"ttttt", u"h ampm", u"mm/dd hh:nn am/pm", u"d mmm yyyy h:nn"})
+            QTest::addRow("time %s", qPrintable(QString::fromUtf16(f))) << QString::fromUtf16(f) << kUs << true;
     }
     void displayedTextReadsBack()
     {
         QFETCH(QString, format);
         QFETCH(QLocale, locale);
+        QFETCH(bool, time);
         KelRuntimeDates dates(locale);
         const bool yearless = FormatDate(serial(QDate(2000, 2, 29)), format, locale)
                 == FormatDate(serial(QDate(2004, 2, 29)), format, locale);
         QRandomGenerator random(20130315);
-        QList<double> samples{kMinDaySerial, kMaxDaySerial + 0.99998, serial(QDate(1999, 12, 31)), serial(QDate(2000, 2, 29)),
-                              serial(QDate(1900, 2, 28)), serial(kToday)};
-        for (int i = 0; i < 400; ++i) // seconds only: the field shows no fraction of one
+        QList<double> samples;
+        for (int second = 0; time && second < 86400; second += 59) // the time field holds a time of day
+            samples << second / 86400.0;
+        if (!time)
+            samples << kMinDaySerial << kMaxDaySerial + 0.99998 << serial(QDate(1999, 12, 31)) << serial(QDate(2000, 2, 29))
+                    << serial(QDate(1900, 2, 28)) << serial(kToday);
+        for (int i = 0; !time && i < 400; ++i) // seconds only: the field shows no fraction of one
             samples << std::floor((kMinDaySerial + random.generateDouble() * (kMaxDaySerial + 1 - kMinDaySerial)) * 86400) / 86400;
         for (double s : samples) {
             if (yearless && Month(s) == 2 && Day(s) == 29)
                 continue; // without its year, 29 February is read in the default year
             const QString text = FormatDate(s, format, locale);
-            const Variant back = dates.ParseDate(text, format, Variant(Date{serial(kToday)}), false);
+            const Variant back = time ? dates.ParseTime(text) : dates.ParseDate(text, format, Variant(Date{serial(kToday)}), false);
             QVERIFY2(back.get<Date>(), qPrintable(text + u" from "_qs + toQDateTime(s).toString(Qt::ISODate)));
             QCOMPARE(FormatDate(back.get<Date>()->serial, format, locale), text);
-        }
-    }
-
-    // What the time field shows reads back as the time it shows.
-    void displayedTimeReadsBack_data()
-    {
-        QTest::addColumn<QString>("format");
-        for (const char16_t *f : {u"hh:nn am/pm", u"h:nn", u"hh:mm", u"h:nn:ss AM/PM", u"hh:nn a/p", u"hhnn",
-                                  u"hh.nn.ss", u"ttttt", u"h ampm", u"mm/dd hh:nn am/pm", u"d mmm yyyy h:nn"})
-            QTest::newRow(qPrintable(QString::fromUtf16(f))) << QString::fromUtf16(f);
-    }
-    void displayedTimeReadsBack()
-    {
-        QFETCH(QString, format);
-        KelRuntimeDates dates(kUs);
-        for (int second = 0; second < 86400; second += 59) {
-            const double s = second / 86400.0;
-            const QString text = FormatDate(s, format, kUs);
-            const Variant back = dates.ParseTime(text);
-            QVERIFY2(back.get<Date>(), qPrintable(text));
-            QCOMPARE(FormatDate(back.get<Date>()->serial, format, kUs), text);
         }
     }
 
@@ -216,21 +167,16 @@ private slots:
             QTest::newRow(name) << QString::fromUtf16(text)
                                 << (*expected ? u"1899-12-30 "_qs + QString::fromLatin1(expected) : QString());
         };
-        row("hh:nn:ss", u"10:15:30", "10:15:30");  row("dot", u"10.15", "10:15:00");
-        row("four digits", u"1015", "10:15:00");  row("three digits", u"915", "09:15:00");  row("six digits", u"101530", "10:15:30");
-        row("hour alone", u"10", "10:00:00");  row("3p", u"3p", "15:00:00");  row("3:15 pm", u"3:15 pm", "15:15:00");
-        row("a.m.", u"3:15 a.m.", "03:15:00");  row("12am", u"12am", "00:00:00");  row("12 PM", u"12 PM", "12:00:00");
+        row("hh:nn:ss", u"10:15:30", "10:15:30");  row("four digits", u"1015", "10:15:00");
+        row("three digits", u"915", "09:15:00");  row("six digits", u"101530", "10:15:30");  row("3p", u"3p", "15:00:00");
+        row("3:15 pm", u"3:15 pm", "15:15:00");  row("a.m.", u"3:15 a.m.", "03:15:00");  row("12am", u"12am", "00:00:00");
         row("persisted default", u"0", "00:00:00");  row("blanks", u"  7:05  ", "07:05:00");
-        row("day fraction", u"0.4375", "10:30:00");  row("day fraction out of range", u"1.2500", "");
-        row("25:00", u"25:00", "");  row("10:61", u"10:61", "");  row("10:15:60", u"10:15:60", "");  row("13 pm", u"13 pm", "");
-        row("two markers", u"3 am pm", "");  row("word", u"ten", "");  row("blank", u" ", "");
-        row("seven digits", u"1015301", "");  row("huge digit run", u"12345678901234567890123", "");
-        row("three-digit minutes", u"10:015", "");  row("astral", u"\U0001F600", "");
-        row("1 am [wine]", u"1 am", "01:00:00");  row("0.1 [wine]", u"0.1", "00:01:00");
-        row("2.5 [wine]", u"2.5", "02:05:00");  row("3:5 [wine]", u"3:5", "03:05:00");  row("1.5.2 [wine]", u"1.5.2", "01:05:02");
-        row("00:00 a [wine]", u"00:00 a", "00:00:00");  row("12:59 AM [wine]", u"12:59 AM", "00:59:00");
-        row("00:00 pm [wine]", u"00:00 pm", "12:00:00");  row("0:60 [wine]", u"0:60", "");
-        row("24:00 [wine]", u"24:00", "");  row("0.60 [wine]", u"0.60", "");
+        row("day fraction", u"0.4375", "10:30:00");  row("day fraction out of range", u"1.2500", "");  row("25:00", u"25:00", "");
+        row("10:15:60", u"10:15:60", "");  row("13 pm", u"13 pm", "");  row("word", u"ten", "");
+        row("huge digit run", u"12345678901234567890123", "");  row("three-digit minutes", u"10:015", "");
+        row("astral", u"\U0001F600", "");  row("1 am [wine]", u"1 am", "01:00:00");  row("2.5 [wine]", u"2.5", "02:05:00");
+        row("1.5.2 [wine]", u"1.5.2", "01:05:02");  row("12:59 AM [wine]", u"12:59 AM", "00:59:00");
+        row("00:00 pm [wine]", u"00:00 pm", "12:00:00");  row("0.60 [wine]", u"0.60", "");
         QTest::newRow("whole date kept") << u"3/15/2013 10:15"_qs << u"2013-03-15 10:15:00"_qs;
         row("partial date dropped", u"15/03 10:15 pm", "22:15:00");
         row("unreadable date dropped", u"15/03/2013 10:15", "10:15:00");  row("True [wine]", u"True", "");
