@@ -1,19 +1,30 @@
 #pragma once
-// Key scripts for the date and time field tests: U Up, D Down, I Insert, E Enter, S and s the
-// spinner's upper and lower button; any other character is typed.
+// Date and time field tests: a two-field form and key scripts, where U is Up, D Down, I Insert,
+// E Enter, S and s the spinner's upper and lower button; any other character is typed.
 #include "common/spinfield.h"
+#include "kelfixture.h"
 #include "platform/dayserial.h"
 
 #include <QLineEdit>
-#include <QTest>
 
 namespace kel::test {
 
+inline QString str(const char16_t *s) { return QString::fromUtf16(s); }
 inline double serial(int y, int m, int d) { return *DateSerial(y, m, d); }
 inline double clock(int h, int n, int s = 0) { return *TimeSerial(h, n, s); }
 
 inline QLineEdit *text1(SpinField *f) { return f->findChild<QLineEdit *>(u"Text1"_qs); }
 inline void enter(SpinField *f) { text1(f)->setFocus(Qt::TabFocusReason); }
+
+// A form whose second field has the focus; message boxes and the clock are recorded.
+template<class Field>
+struct FieldForm {
+    std::shared_ptr<KelRuntime8> runtime = useRuntime();
+    RecordingServices *rec = recordServices();
+    TwoFieldForm<Field> form;
+    Field *field = form.first, *second = form.second;
+    bool ready() { enter(second); return form.ready(); }
+};
 
 inline void play(SpinField *f, QStringView script)
 {
