@@ -234,7 +234,8 @@ private slots:
         QCOMPARE(t->TextRaw(), c.expected);
     }
 
-    // MaxLength cuts typing, never code; code and keys both raise Change, a click raises Click.
+    // MaxLength cuts typing, never code; code and keys both raise Change, a refused key does not, a
+    // click raises Click.
     void maxLengthChangeAndClick()
     {
         QSignalSpy change(t, &KelText::Change);
@@ -253,6 +254,7 @@ private slots:
         QCOMPARE(change.count(), 4);
         QTest::keyClicks(box(t, 0), u"yz"_qs);
         QCOMPARE(t->TextRaw(), u"abx"_qs);
+        QCOMPARE(change.count(), 4); // a refused key changes nothing
     }
 
     void loadReportsThroughSetters()
