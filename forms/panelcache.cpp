@@ -123,22 +123,33 @@ private:
         if (opt->rect.isEmpty() || p->transform().type() > QTransform::TxTranslate)
             return false;
         const qreal dpr = p->device()->devicePixelRatio();
-        QString key = QStringLiteral("kelpanel-%1-%2x%3-%4-%5-%6")
-                              .arg(quintptr(base()), 0, 16)
-                              .arg(opt->rect.width())
-                              .arg(opt->rect.height())
-                              .arg(uint(opt->state), 0, 16)
-                              .arg(dpr)
-                              .arg(int(opt->direction));
-        if (const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(opt))
-            key += QStringLiteral("-f%1-%2-%3").arg(frame->lineWidth).arg(frame->midLineWidth).arg(int(frame->features));
-        if (const auto *combo = qstyleoption_cast<const QStyleOptionComboBox *>(opt))
-            key += QStringLiteral("-c%1-%2-%3").arg(int(combo->subControls)).arg(int(combo->activeSubControls)).arg(int(combo->frame));
+        // The key holds the numbers themselves, two code units each: formatting them costs more
+        // than the copy it saves.
+        QString key = QStringLiteral("kelpanel");
+        key.reserve(64);
+        const auto add = [&key](quint64 v) {
+            for (int i = 0; i < 4; ++i, v >>= 16)
+                key += QChar(char16_t(v & 0xFFFF));
+        };
+        add(quintptr(base()));
+        add(quint64(opt->rect.width()) << 32 | quint32(opt->rect.height()));
+        add(quint64(uint(opt->state)) << 32 | quint32(opt->direction));
+        add(quint64(dpr * 1000));
+        if (const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(opt)) {
+            add(1); // which kind of option: a frame and a combo never share a key
+            add(quint64(quint32(frame->lineWidth)) << 32 | quint32(frame->midLineWidth));
+            add(uint(frame->features));
+        }
+        if (const auto *combo = qstyleoption_cast<const QStyleOptionComboBox *>(opt)) {
+            add(2);
+            add(quint64(uint(combo->subControls)) << 32 | uint(combo->activeSubControls));
+            add(combo->frame);
+        }
         for (QPalette::ColorRole r : roles) {
             const QBrush &b = pal.brush(g, r);
             if (b.style() != Qt::SolidPattern)
                 return false;
-            key += u'-' + QString::number(b.color().rgba(), 16);
+            add(b.color().rgba64());
         }
         QPixmap pm;
         if (!QPixmapCache::find(key, &pm)) {
