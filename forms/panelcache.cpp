@@ -9,7 +9,6 @@
 #include <QStyleOption>
 #include <QWidget>
 
-#include <memory>
 
 namespace kel {
 
@@ -158,23 +157,13 @@ private:
             pm.fill(Qt::transparent);
             QPainter pp(&pm);
             pp.setRenderHints(p->renderHints());
-            std::unique_ptr<QStyleOption> at(clone(opt));
-            at->rect.moveTopLeft(QPoint(0, 0));
-            draw(at.get(), &pp, w);
+            pp.translate(-opt->rect.topLeft());
+            draw(opt, &pp, w);
             pp.end();
             QPixmapCache::insert(key, pm);
         }
         p->drawPixmap(opt->rect.topLeft(), pm);
         return true;
-    }
-
-    static QStyleOption *clone(const QStyleOption *opt)
-    {
-        if (const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(opt))
-            return new QStyleOptionFrame(*frame);
-        if (const auto *combo = qstyleoption_cast<const QStyleOptionComboBox *>(opt))
-            return new QStyleOptionComboBox(*combo);
-        return new QStyleOption(*opt);
     }
 };
 
