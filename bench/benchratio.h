@@ -42,13 +42,17 @@ public:
         for (const Run &r : runs) {
             if (r.error_occurred)
                 continue;
+            // A benchmark with an argument is named as the console shows it: "Name/1000".
+            std::string name = r.run_name.function_name;
+            if (!r.run_name.args.empty())
+                name += '/' + r.run_name.args;
             if (r.run_type == Run::RT_Iteration) {
-                auto &[total, count] = m_runs[r.run_name.function_name];
+                auto &[total, count] = m_runs[name];
                 total += r.GetAdjustedCPUTime();
                 ++count;
             } else if (r.aggregate_name == "median") {
                 // With repetitions the median: one run slowed by a busy machine does not move it.
-                m_medians[r.run_name.function_name] = r.GetAdjustedCPUTime();
+                m_medians[name] = r.GetAdjustedCPUTime();
             }
         }
         ConsoleReporter::ReportRuns(runs);
