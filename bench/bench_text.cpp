@@ -3,6 +3,7 @@
 // field that ends in many empty lines (against QPlainTextEdit and trimming the string).
 // Prints ours / theirs for each pair at the end.
 #include "controls/text/keltext.h"
+#include "benchratio.h"
 #include "library/librarysettings.h"
 #include "runtime/kelruntime8.h"
 
@@ -12,8 +13,6 @@
 #include <QPlainTextEdit>
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
-#include <map>
 #include <string>
 
 namespace {
@@ -93,56 +92,13 @@ BENCHMARK(PlainQtForm)->Unit(benchmark::kMillisecond);
 BENCHMARK(KelText_TextTrailingPairs)->Arg(1000)->Arg(4000)->Unit(benchmark::kMillisecond);
 BENCHMARK(QPlainTextEdit_TextTrailingPairs)->Arg(1000)->Arg(4000)->Unit(benchmark::kMillisecond);
 
-// Keeps the mean CPU time of every benchmark (over repetitions too) for the ratios.
-class RatioReporter : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &r : runs) {
-            if (r.error_occurred || r.run_type != Run::RT_Iteration)
-                continue;
-            std::string name = r.run_name.function_name;
-            if (!r.run_name.args.empty())
-                name += '/' + r.run_name.args;
-            auto &[total, count] = m_times[name];
-            total += r.GetAdjustedCPUTime();
-            ++count;
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-    double time(const std::string &name) const
-    {
-        const auto it = m_times.find(name);
-        return it == m_times.end() ? 0 : it->second.first / it->second.second;
-    }
-
-private:
-    std::map<std::string, std::pair<double, int>> m_times;
-};
-
 } // namespace
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    kel::adoptRuntime(std::make_shared<kel::KelRuntime8>());
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-
-    const std::pair<const char *, const char *> pairs[] = {
+    return kel::bench::runWithRatios(argc, argv, {
         {"KelTextForm", "PlainQtForm"},
         {"KelText_TextTrailingPairs/1000", "QPlainTextEdit_TextTrailingPairs/1000"},
         {"KelText_TextTrailingPairs/4000", "QPlainTextEdit_TextTrailingPairs/4000"},
-    };
-    for (const auto &[ours, theirs] : pairs) {
-        const double a = reporter.time(ours), b = reporter.time(theirs);
-        if (a > 0 && b > 0)
-            std::printf("ratio %s / %s: %.2fx\n", ours, theirs, a / b);
-    }
-    return 0;
+    });
 }

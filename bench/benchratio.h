@@ -1,6 +1,7 @@
 #pragma once
-// The benchmark programs' shared set-up and ending: the mean CPU time of every benchmark (steadier than wall
-// time on a busy machine), and one line per comparison, ours divided by the Qt peer's.
+// The benchmark programs' shared set-up and ending: the CPU time of every benchmark (steadier than wall time on
+// a busy machine; the median over repetitions, else the mean), and one line per comparison, ours divided by
+// the Qt peer's.
 #include "library/librarysettings.h"
 #include "runtime/kelruntime8.h"
 
@@ -41,19 +42,24 @@ public:
         for (const Run &r : runs) {
             if (r.error_occurred)
                 continue;
+            // A benchmark with an argument is named as the console shows it: "Name/1000".
+            std::string name = r.run_name.function_name;
+            if (!r.run_name.args.empty())
+                name += '/' + r.run_name.args;
             if (r.run_type == Run::RT_Iteration) {
-                auto &[total, count] = m_runs[r.run_name.function_name];
+                auto &[total, count] = m_runs[name];
                 total += r.GetAdjustedCPUTime();
                 ++count;
-            } else if (r.aggregate_name == "mean") {
-                m_means[r.run_name.function_name] = r.GetAdjustedCPUTime();
+            } else if (r.aggregate_name == "median") {
+                // With repetitions the median: one run slowed by a busy machine does not move it.
+                m_medians[name] = r.GetAdjustedCPUTime();
             }
         }
         ConsoleReporter::ReportRuns(runs);
     }
-    double mean(const std::string &name) const
+    double time(const std::string &name) const
     {
-        if (const auto m = m_means.find(name); m != m_means.end())
+        if (const auto m = m_medians.find(name); m != m_medians.end())
             return m->second;
         const auto it = m_runs.find(name);
         return it == m_runs.end() || it->second.second == 0 ? 0 : it->second.first / it->second.second;
@@ -61,7 +67,7 @@ public:
 
 private:
     std::map<std::string, std::pair<double, int>> m_runs;
-    std::map<std::string, double> m_means;
+    std::map<std::string, double> m_medians;
 };
 
 // A benchmark program's main: offscreen, English (US) regional settings, the benchmarks given on
@@ -81,7 +87,7 @@ inline int runWithRatios(int argc, char **argv, const std::vector<std::pair<cons
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
     for (const auto &[ours, peer] : pairs) {
-        const double a = reporter.mean(ours), b = reporter.mean(peer);
+        const double a = reporter.time(ours), b = reporter.time(peer);
         if (a > 0 && b > 0)
             std::printf("ratio %s / %s: %.2fx\n", ours, peer, a / b);
     }

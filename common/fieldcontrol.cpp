@@ -195,12 +195,10 @@ void FieldControl::onShow()
         try {
             const FontSpec field = rt->FieldFont();
             const FontSpec caption = layoutRules().captionTakesFieldFont ? field : rt->CaptionFont();
-            // Setting a font re-polishes the widget; a form shows hundreds of fields.
+            // The setters leave a font that is already right alone: a form shows hundreds of fields.
             const auto apply = [](Child *c, const FontSpec &font) {
-                if (c->FontName() != font.name)
-                    c->setFontName(font.name);
-                if (c->FontSize() != font.size)
-                    c->setFontSize(font.size);
+                c->setFontName(font.name);
+                c->setFontSize(font.size);
             };
             apply(Label1, caption);
             for (Child *f : fields())

@@ -2,7 +2,9 @@
 
 #include "forms/units.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QHash>
 #include <QEvent>
 #include <QKeyEvent>
 
@@ -75,7 +77,25 @@ void CheckBox::setAcceptsInput(bool accepts)
         m_box->clearFocus(); // nowhere else to go
 }
 
-double CheckBox::PreferredHeight() const { return m_box->sizeHint().height() * twipsPerPixelY(); }
+double CheckBox::PreferredHeight() const
+{
+    // The height of the hint depends on the style, the font and how many lines the caption has,
+    // not on its words; measuring the text at every resize of every box on a form adds up. A
+    // style sheet may size each box its own way, so then each is measured.
+    if (!qApp->styleSheet().isEmpty() || m_box->style() != QApplication::style() || !m_box->icon().isNull())
+        return m_box->sizeHint().height() * twipsPerPixelY();
+    const QString text = m_box->text();
+    const qsizetype lines = text.isEmpty() ? 0 : text.count(u'\n') + 1;
+    const QString key = m_box->font().key() + u'|' + QString::number(lines) + u'|' + QString::number(quintptr(m_box->style()), 16);
+    static QHash<QString, int> measured;
+    auto it = measured.constFind(key);
+    if (it == measured.cend()) {
+        if (measured.size() > 256)
+            measured.clear();
+        it = measured.insert(key, m_box->sizeHint().height());
+    }
+    return *it * twipsPerPixelY();
+}
 
 bool CheckBox::eventFilter(QObject *watched, QEvent *event)
 {

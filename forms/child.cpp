@@ -7,6 +7,9 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <map>
+#include <tuple>
+
 namespace kel {
 
 int virtualKeyCode(const QKeyEvent *e)
@@ -171,17 +174,25 @@ void Child::setForeColor(quint32 c)
     applyColours();
 }
 
-void Child::applyColours()
+namespace {
+// A form colours hundreds of widgets with the same few pairs: each palette is built once and
+// shared (QPalette is implicitly shared). Only the roles set here are marked, so whatever else a
+// widget inherits from its form still comes through.
+QPalette colouredPalette(const QPalette &base, const QColor &back, const QColor &fore)
 {
-    if (!m_widget)
-        return;
-    const QPalette base = QApplication::palette(m_widget);
-    const QColor back = toQColor(m_back, base), fore = toQColor(m_fore, base);
-    QPalette p = m_widget->palette();
-    // setPalette re-polishes the widget; skip it when nothing would change.
-    if (p.color(QPalette::Active, QPalette::Base) == back && p.color(QPalette::Active, QPalette::Text) == fore
-        && p.color(QPalette::Active, QPalette::Window) == back && p.color(QPalette::Active, QPalette::WindowText) == fore)
-        return;
+    struct Key {
+        qint64 base;
+        QRgb back, fore;
+        bool operator<(const Key &o) const { return std::tie(base, back, fore) < std::tie(o.base, o.back, o.fore); }
+    };
+    static std::map<Key, QPalette> built;
+    const Key key{base.cacheKey(), back.rgba(), fore.rgba()};
+    if (const auto it = built.find(key); it != built.end())
+        return it->second;
+    if (built.size() > 64)
+        built.clear(); // palettes of a theme gone by
+    QPalette p = base;
+    p.setResolveMask(0);
     for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
         p.setColor(group, QPalette::Base, back);
         p.setColor(group, QPalette::Window, back);
@@ -190,7 +201,34 @@ void Child::applyColours()
             p.setColor(group, QPalette::WindowText, fore);
         }
     }
-    m_widget->setPalette(p);
+    return built.emplace(key, p).first->second;
+}
+} // namespace
+
+void Child::applyColours()
+{
+    if (!m_widget)
+        return;
+    const QPalette base = QApplication::palette(m_widget);
+    const QColor back = toQColor(m_back, base), fore = toQColor(m_fore, base);
+    const QPalette &now = m_widget->palette();
+    // setPalette re-polishes the widget; skip it when nothing would change.
+    if (now.color(QPalette::Active, QPalette::Base) == back && now.color(QPalette::Active, QPalette::Text) == fore
+        && now.color(QPalette::Active, QPalette::Window) == back && now.color(QPalette::Active, QPalette::WindowText) == fore)
+        return;
+    if (m_widget->testAttribute(Qt::WA_SetPalette) && now.cacheKey() != m_ourPalette) {
+        // A palette someone else gave the widget keeps its other roles.
+        QPalette p = now;
+        const QPalette ours = colouredPalette(base, back, fore);
+        for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+            for (auto role : {QPalette::Base, QPalette::Window, QPalette::Text, QPalette::WindowText})
+                if (ours.isBrushSet(group, role))
+                    p.setBrush(group, role, ours.brush(group, role));
+        m_widget->setPalette(p);
+        return;
+    }
+    m_widget->setPalette(colouredPalette(base, back, fore));
+    m_ourPalette = m_widget->palette().cacheKey();
 }
 
 QString Child::ToolTipText() const { return m_widget ? m_widget->toolTip() : QString(); }
@@ -205,6 +243,8 @@ void Child::setFontName(const QString &name)
     if (!m_widget || name.isEmpty())
         return;
     QFont f = m_widget->font();
+    if (f.family() == name)
+        return; // a font set again re-lays out the widget
     f.setFamily(name);
     m_widget->setFont(f);
 }
@@ -214,6 +254,8 @@ void Child::setFontSize(double points)
     if (!m_widget || points <= 0)
         return;
     QFont f = m_widget->font();
+    if (f.pointSizeF() == points)
+        return;
     f.setPointSizeF(points);
     m_widget->setFont(f);
 }
@@ -223,6 +265,8 @@ void Child::setFontBold(bool bold)
     if (!m_widget)
         return;
     QFont f = m_widget->font();
+    if (f.bold() == bold)
+        return;
     f.setBold(bold);
     m_widget->setFont(f);
 }

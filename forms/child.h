@@ -103,6 +103,7 @@ private:
     double m_left = 0, m_top = 0, m_width = 0, m_height = 0;
     quint32 m_back, m_fore;
     bool m_logicalFocus = false;
+    qint64 m_ourPalette = 0; // the widget's palette as applyColours last left it
     bool m_retyping = false;
     bool m_pressedInside = false;
     Qt::FocusReason m_focusReason = Qt::OtherFocusReason;

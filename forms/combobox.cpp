@@ -1,6 +1,7 @@
 #include "forms/combobox.h"
 
 #include "forms/lengthvalidator.h"
+#include "forms/panelcache.h"
 
 #include <QAbstractListModel>
 #include <QAbstractItemView>
@@ -176,11 +177,46 @@ private:
 };
 
 
+namespace {
+// Builds its list view when the list first drops down: most combos on a form are never opened.
+class LazyListCombo : public QComboBox
+{
+public:
+    explicit LazyListCombo(ComboBox *owner) : m_owner(owner) {}
+    void showPopup() override
+    {
+        m_owner->listView();
+        QComboBox::showPopup();
+    }
+
+private:
+    ComboBox *m_owner;
+};
+} // namespace
+
+QAbstractItemView *ComboBox::listView()
+{
+    if (!m_viewBuilt) {
+        m_viewBuilt = true;
+        auto *view = new QListView;
+        view->setUniformItemSizes(true);
+        view->setLayoutMode(QListView::SinglePass);
+        m_combo->setView(view);
+        view->setMinimumWidth(m_droppedWidth);
+    }
+    return m_combo->view();
+}
+
 ComboBox::ComboBox(UserControl *owner, const QString &objectName)
-    : EditChild(new QComboBox, owner, objectName)
+    : EditChild(new LazyListCombo(this), owner, objectName)
 {
     m_combo = static_cast<QComboBox *>(widget());
+    // The model goes in before the list is built for the editing, so no view ever holds another.
+    m_model = new ComboItemModel(&m_items, this);
+    m_combo->setModel(m_model);
+    m_combo->setCurrentIndex(-1);
     m_combo->setEditable(true);
+    useCachedPanel(m_combo);
     m_edit = m_combo->lineEdit();
     m_combo->setCompleter(nullptr);
     m_combo->setInsertPolicy(QComboBox::NoInsert);
@@ -189,13 +225,6 @@ ComboBox::ComboBox(UserControl *owner, const QString &objectName)
     m_combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_combo->setMinimumContentsLength(1);
     m_combo->setMaxVisibleItems(12);
-    auto *view = new QListView;
-    view->setUniformItemSizes(true);
-    view->setLayoutMode(QListView::SinglePass);
-    m_combo->setView(view);
-    m_model = new ComboItemModel(&m_items, this);
-    m_combo->setModel(m_model);
-    m_combo->setCurrentIndex(-1);
     m_edit->setMaxLength(std::numeric_limits<int>::max());
     m_edit->setValidator(new LengthValidator(m_edit, &m_maxLength, &m_settingByCode));
     connect(m_edit, &QLineEdit::textChanged, this, &ComboBox::followText);
@@ -359,7 +388,8 @@ void ComboBox::setMaxLength(int length) { m_maxLength = qMax(0, length); }
 void ComboBox::setDroppedWidth(int pixels)
 {
     m_droppedWidth = qMax(0, pixels);
-    m_combo->view()->setMinimumWidth(m_droppedWidth);
+    if (m_viewBuilt)
+        m_combo->view()->setMinimumWidth(m_droppedWidth);
 }
 
 void ComboBox::ShowDropDown(bool show)
@@ -376,6 +406,8 @@ void ComboBox::ShowDropDown(bool show)
 
 bool ComboBox::DroppedDown() const
 {
+    if (!m_viewBuilt)
+        return false; // never dropped down
     const QWidget *popup = m_combo->view()->window();
     return popup != m_combo->window() && popup->isVisible();
 }

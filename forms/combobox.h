@@ -11,6 +11,8 @@
 class QComboBox;
 class QLineEdit;
 
+class QAbstractItemView;
+
 namespace kel {
 
 class ComboItemModel;
@@ -85,6 +87,8 @@ public:
     /// Width of the dropped list in pixels; it is never narrower than the field.
     int DroppedWidth() const { return m_droppedWidth; }
     void setDroppedWidth(int pixels);
+    /// The dropped list's view, built on first need (most combos on a form are never opened).
+    QAbstractItemView *listView();
     /// Opens or closes the list.
     void ShowDropDown(bool show);
     bool DroppedDown() const;
@@ -102,6 +106,7 @@ private:
     void picked(int index);
 
     QComboBox *m_combo;
+    bool m_viewBuilt = false;
     QLineEdit *m_edit;
     ComboItemModel *m_model;
     QStringList m_items;

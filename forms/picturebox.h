@@ -1,10 +1,16 @@
 #pragma once
-// The picture box with persistent drawing: everything is drawn on a retained image, so a
-// repaint costs one blit. Its scale is in pixels, with (0, 0) at the top left of the inside.
+// The picture box with persistent drawing: what is drawn stays until cleared. It is kept as the
+// few commands drawn since the last clear, and turned into a retained image only when they pile
+// up or the box is resized over a drawing, so a form of progress bars holds no pixels of its own.
+// Its scale is in pixels, with (0, 0) at the top left of the inside.
 #include "forms/child.h"
 
+#include <QColor>
+#include <QFont>
 #include <QImage>
 #include <vector>
+
+class QPainter;
 
 namespace kel {
 
@@ -47,14 +53,29 @@ public:
     void setBorderStyle(bool border);
 
     // What is on the picture now, without the border (in device pixels).
-    const QImage &Image() const { return m_image; }
+    QImage Image() const;
 
 private:
     friend class PictureWidget;
     void resized();
     QColor colour(quint32 c) const;
+    // Draws the picture with its inside's top left at `origin`.
+    void render(QPainter &p, QPoint origin) const;
+    void flatten();
 
-    QImage m_image;
+    // A drawing command since the last clear: a text printed, or a box filled (and the texts
+    // printed before it drawn again inside it in the covered-text colour).
+    struct Command {
+        QRectF rect;
+        QString text;
+        QFont font;
+        QColor colour, coveredColour;
+        bool fill = false;
+        std::vector<std::pair<QRectF, QString>> covered;
+    };
+    QColor m_cleared;        // the fill under everything, when there is no image
+    QImage m_image;          // what was drawn before the commands, once they were flattened
+    std::vector<Command> m_commands;
     QSize m_scale;
     double m_currentX = 0, m_currentY = 0;
     bool m_border = true;

@@ -1,6 +1,7 @@
 #include "forms/textbox.h"
 
 #include "forms/lengthvalidator.h"
+#include "forms/panelcache.h"
 
 #include <QApplication>
 #include <QInputMethodEvent>
@@ -304,6 +305,7 @@ TextBox::TextBox(Kind kind, UserControl *owner, const QString &objectName)
 {
     if (kind == Kind::SingleLine) {
         m_line = static_cast<QLineEdit *>(widget());
+        useCachedPanel(m_line);
         m_line->setMaxLength(std::numeric_limits<int>::max());
         m_line->setValidator(new LengthValidator(m_line, &m_maxLength, &m_settingByCode));
         connect(m_line, &QLineEdit::textChanged, this, &TextBox::Change);

@@ -4,6 +4,7 @@
 #include "library/typemodel.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QMetaMethod>
 #include <QMetaProperty>
 
@@ -18,13 +19,28 @@ namespace {
 
 const ClassInfo *classOf(const QObject *object)
 {
-    for (const QMetaObject *mo = object->metaObject(); mo; mo = mo->superClass()) {
+    // Loading a form dispatches every property of every control: look each class up once.
+    static QHash<const QMetaObject *, const ClassInfo *> known;
+    const QMetaObject *const type = object->metaObject();
+    if (const auto it = known.constFind(type); it != known.cend())
+        return *it;
+    const ClassInfo *found = nullptr;
+    for (const QMetaObject *mo = type; mo && !found; mo = mo->superClass()) {
         QString name = QString::fromLatin1(mo->className());
         name = name.mid(name.lastIndexOf(u':') + 1);
-        if (const ClassInfo *cls = findClass(name))
-            return cls;
+        found = findClass(name);
     }
-    return nullptr;
+    known.insert(type, found);
+    return found;
+}
+
+int propertyIndex(const QMetaObject *mo, const Member &m)
+{
+    static QHash<std::pair<const QMetaObject *, const Member *>, int> known;
+    const auto key = std::make_pair(mo, &m);
+    if (const auto it = known.constFind(key); it != known.cend())
+        return *it;
+    return *known.insert(key, mo->indexOfProperty(m.name.toLatin1().constData()));
 }
 
 // Converts v to the member type t the way a late-bound call would; empty error on success.
@@ -91,8 +107,7 @@ DispatchResult invokeMember(QObject *object, const ClassInfo &cls, const Member 
                             std::vector<Variant> &args)
 {
     const QMetaObject *mo = object->metaObject();
-    const QByteArray name = m.name.toLatin1();
-    const int propIndex = m.args.empty() ? mo->indexOfProperty(name.constData()) : -1;
+    const int propIndex = m.args.empty() ? propertyIndex(mo, m) : -1;
 
     if (kind == DispatchKind::PropertyPut) {
         if (m.access == Access::Method || m.access == Access::ReadOnly)
@@ -117,6 +132,7 @@ DispatchResult invokeMember(QObject *object, const ClassInfo &cls, const Member 
     if (args.size() < required || args.size() > m.args.size())
         return fail(&cls, m.name, QStringLiteral("wrong number of arguments"));
 
+    const QByteArray name = m.name.toLatin1();
     QMetaMethod method;
     for (int i = 0; i < mo->methodCount(); ++i) {
         const QMetaMethod cand = mo->method(i);

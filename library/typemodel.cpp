@@ -305,7 +305,7 @@ const Member *findMember(const ClassInfo &cls, qint32 dispid)
 const Member *findMember(const ClassInfo &cls, QStringView name)
 {
     for (const Member &m : cls.members)
-        if (name.compare(m.name, Qt::CaseInsensitive) == 0)
+        if (m.name.size() == name.size() && name.compare(m.name, Qt::CaseInsensitive) == 0)
             return &m;
     return nullptr;
 }
