@@ -233,6 +233,9 @@ private slots:
         QCOMPARE(d->MaxValue().serial, serial(2001, 1, 1));
         d->setMaxValue(Date{serial(1999, 1, 1)});
         QCOMPARE(d->MinValue().serial, serial(1999, 1, 1));
+        // A bound a split second before midnight is the one a host reads back, not the day before.
+        d->setProperty("MinValue", QDateTime(QDate(2000, 1, 1), QTime(23, 59, 59, 999)));
+        QVERIFY(d->MinValue().serial == fromQDateTime(d->property("MinValue").toDateTime()));
         d->setFormat(QString());
         QCOMPARE(d->Format(), u"dd/mm/yyyy"_qs);
         d->setDaysFlag(7);
