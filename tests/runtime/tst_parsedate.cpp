@@ -97,6 +97,7 @@ private slots:
         row("ISO with time", u"2013-03-15T18:05:09", dmyhn, "2013-03-15 18:05:09");
         row("time omitted", u"15/03/2013", dmyhn, "2013-03-15");  row("minute 60", u"15/03/2013 18:60", dmyhn, "");
         row("13 pm", u"15/03/2013 13:00 pm", u"dd/mm/yyyy hh:nn am/pm", "");
+        QTest::newRow("a format of many fields") << u"15032013"_qs << u"ddmm"_qs + QString(400000, u'y') << false << u"2013-03-15 00:00:00"_qs;
     }
     void parseDate()
     {
