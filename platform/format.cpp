@@ -388,10 +388,12 @@ QString two(int v) { return QString::number(v).rightJustified(2, u'0'); }
 
 int qtDayOfWeek(const CivilDateTime &c) { return QDate(c.year, c.month, c.day).dayOfWeek(); }
 
+// Counted no further than any letter uses (six), so that a long run is not counted again at each step.
 qsizetype runLength(const QString &s, qsizetype i, QChar lower)
 {
+    const qsizetype end = std::min(s.size(), i + 6);
     qsizetype j = i;
-    while (j < s.size() && s[j].toLower() == lower)
+    while (j < end && s[j].toLower() == lower)
         ++j;
     return j - i;
 }

@@ -235,8 +235,8 @@ Layout analyse(const QString &format, const QLocale &locale)
             afterHour = false;
             continue;
         }
-        qsizetype run = 0;
-        while (i + run < format.size() && format[i + run].toLower() == lc)
+        qsizetype run = 0; // no letter uses more than six
+        while (run < 6 && i + run < format.size() && format[i + run].toLower() == lc)
             ++run;
         qsizetype used = 1;
         bool wasHour = false;
@@ -463,11 +463,15 @@ void store(Values &v, Part part, QStringView digits)
 // the last one used.
 std::optional<size_t> split(QStringView digits, const std::vector<Slot> &fields, size_t first, Values &v)
 {
+    // Running sums, so that a format of many fields is not summed again for every count tried.
+    std::vector<qsizetype> fixed{0}, years{0};
+    for (size_t k = first; k < fields.size(); ++k) {
+        const bool year = fields[k].part == Part::Year;
+        fixed.push_back(fixed.back() + (year ? 0 : fields[k].width));
+        years.push_back(years.back() + (year ? 1 : 0));
+    }
     const auto fits = [&](size_t count, int yearWidth) {
-        int total = 0;
-        for (size_t k = first; k < first + count; ++k)
-            total += fields[k].part == Part::Year ? yearWidth : fields[k].width;
-        if (total != digits.size())
+        if (fixed[count] + years[count] * yearWidth != digits.size())
             return false;
         qsizetype at = 0;
         for (size_t k = first; k < first + count; ++k) {

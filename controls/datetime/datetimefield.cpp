@@ -92,6 +92,13 @@ void DateTimeField::setMinValue(const QDateTime &value)
         setMinValue(Date{*s});
 }
 
+double DateTimeField::bound(double serial) const
+{
+    // Otherwise a bound a split second before midnight reads back as the next day while a value
+    // clamped to it stays on the day before.
+    return fromQDateTime(toQDateTime(serial)).value_or(serial);
+}
+
 QDateTime DateTimeField::maxDateTime() const { return toQDateTime(m_maxValue); }
 QDateTime DateTimeField::minDateTime() const { return toQDateTime(m_minValue); }
 

@@ -81,8 +81,8 @@ protected:
     virtual std::optional<double> parse(const QString &text) const = 0;
     // A serial given from code, reduced to what the field holds.
     virtual double normalised(double serial) const = 0;
-    // A bound as the field keeps it.
-    virtual double bound(double serial) const { return serial; }
+    // A bound as the field keeps it: in whole seconds, as a host reads it back as a date-time.
+    virtual double bound(double serial) const;
     // The day pinning of the date field; the time field keeps the value.
     virtual double pinned(double serial) const { return serial; }
     // Characters the box takes besides "+" and "-" (which step) and control characters.

@@ -82,12 +82,12 @@ DateTimeField::Wording KelDate::wording() const
             QStringLiteral("Please enter a valid date in this field.")};
 }
 
-std::optional<double> KelDate::parse(const QString &text) const { return parseIn(text, m_format); }
+std::optional<double> KelDate::parse(const QString &text) const { return parseIn(text, m_format, m_daysFlag == BirthDay); }
 
-std::optional<double> KelDate::parseIn(const QString &text, const QString &format) const
+std::optional<double> KelDate::parseIn(const QString &text, const QString &format, bool birthday) const
 {
     try {
-        return serialOf(runtime().RuntimeDates()->ParseDate(text, format, Date{today()}, m_daysFlag == BirthDay));
+        return serialOf(runtime().RuntimeDates()->ParseDate(text, format, Date{today()}, birthday));
     } catch (const std::exception &) {
         return std::nullopt; // a run-time object that cannot parse reads no date
     }
@@ -198,11 +198,12 @@ void KelDate::onReadProperties(PropertyBag &bag)
 {
     readPersisted(bag, readOrder());
     // The saved form is read as what it is, whatever order the field's own format puts the
-    // parts in: under mm/dd/yyyy, 06042013 is still 6 April.
+    // parts in: under mm/dd/yyyy, 06042013 is still 6 April. A birthday field may hold a date after
+    // today (stepped or clamped to its bounds), which its parser refuses as typed text.
     const QString stored = bag.ReadProperty(QStringLiteral("Value"), QString()).toString();
     static const QRegularExpression savedForm(QStringLiteral("^[0-9]{8}$"));
     if (savedForm.match(stored).hasMatch()) {
-        if (const std::optional<double> v = parseIn(stored, SavedFormat))
+        if (const std::optional<double> v = parseIn(stored, SavedFormat, false))
             setValue(Date{*v});
     }
 }

@@ -39,7 +39,7 @@ protected:
     void onWriteProperties(PropertyBag &bag) override;
 
 private:
-    std::optional<double> parseIn(const QString &text, const QString &format) const;
+    std::optional<double> parseIn(const QString &text, const QString &format, bool birthday) const;
 
     qint32 m_daysFlag = Allow;
 };

@@ -123,7 +123,8 @@ void KelNumber::setMaxValue(double value)
     m_maxGiven = value;
     m_maxValue = runtime().RuntimeDates()->RoundNumber(value, m_decimalsInUse);
     propertyChanged(QStringLiteral("MaxValue"));
-    if (m_minValue > m_maxValue) {
+    // The given bounds are kept in order too: a later Decimals rounds both again.
+    if (m_minValue > m_maxValue || m_minGiven > m_maxGiven) {
         m_minValue = m_maxValue;
         m_minGiven = m_maxGiven;
     }
@@ -136,7 +137,7 @@ void KelNumber::setMinValue(double value)
     m_minGiven = value;
     m_minValue = runtime().RuntimeDates()->RoundNumber(value, m_decimalsInUse);
     propertyChanged(QStringLiteral("MinValue"));
-    if (!(m_maxValue >= m_minValue)) {
+    if (!(m_maxValue >= m_minValue) || m_minGiven > m_maxGiven) {
         m_maxValue = m_minValue;
         m_maxGiven = m_minGiven;
     }

@@ -1,6 +1,6 @@
 // Long random-use runs: every control (or one), several seeds, events per second, and every
 // distinct failure shrunk to a short list. Exit status 1 when anything failed.
-//   kel_randomuse [events] [--seeds 1,2,3] [--class KelText] [--strict] [--shrink seconds]
+//   kel_randomuse [events] [--seeds 1,2,3] [--class KelText] [--shrink seconds]
 //                 [--print from:to]   (print the events of that range instead of running them)
 #include "kelfixture.h"
 #include "randomuse.h"
@@ -38,8 +38,6 @@ int main(int argc, char **argv)
         } else if (a == u"--class") {
             classes = {next};
             ++i;
-        } else if (a == u"--strict") {
-            options.strict = true;
         } else if (a == u"--shrink") {
             shrinkSeconds = next.toInt();
             ++i;

@@ -302,6 +302,12 @@ private slots:
         QCOMPARE(n->MinValue(), -4.0);
         n->setValue(50); // never clamped from code
         QCOMPARE(value(n), 50.0);
+        // Bounds equal at one decimal stay in order when a finer Decimals rounds them again.
+        n->setMaxValue(0);
+        n->setDecimals(1);
+        n->setMinValue(0.005);
+        n->setDecimals(5);
+        QCOMPARE(n->MaxValue(), 0.005);
         // Absent entries read as 0 for both bounds; only Value is always written.
         MemoryPropertyBag empty;
         n->setMandatory(false);

@@ -90,6 +90,8 @@ private slots:
         dat("ttttt [lo]", sat, u"ttttt", u"5:04:23 PM");  dat("invalid serial", 1e9, u"yyyy", u"");
         dat("de separators", sat, u"dd/mm/yyyy hh:nn", u"27.01.2001 17:04", de);
         dat("de escaped slash", sat, u"dd\\/mm", u"27/01", de);
+        // Read once: counted again at every step, such a run took minutes.
+        QTest::newRow("a long run of one letter") << Case{Dat, sat, QString(400000, u'y'), u"2001"_qs.repeated(100000), us};
 
         add(Var, "Null", Null, u"0.00", u"");  add(Var, "Empty", Variant(), u"0.00", u"");
         add(Var, "Null uses the fourth section", Null, u"0;-0;0;\"n/a\"", u"n/a");

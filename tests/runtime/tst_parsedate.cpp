@@ -92,6 +92,8 @@ private slots:
         row("time alone keeps the default date", u"6:05 pm", u"hh:nn am/pm", "2026-11-23 18:05:00");
         row("ISO with time", u"2013-03-15T18:05:09", dmyhn, "2013-03-15 18:05:09");
         row("13 pm", u"15/03/2013 13:00 pm", u"dd/mm/yyyy hh:nn am/pm", "");
+        QTest::newRow("a format of many fields")
+            << DateCase{u"15032013"_qs, u"ddmm"_qs + QString(400000, u'y'), false, kUs, u"2013-03-15 00:00:00"_qs};
         const char16_t *mdy = u"mm/dd/yyyy";
         const char16_t *mdyt = u"mm/dd/yyyy hh:nn:ss am/pm";
         row("month name, comma [wine]", u"2 January, 1970", mdy, "1970-01-02");
