@@ -1,7 +1,11 @@
 #include "common/fieldcontrol.h"
 
 #include "common/baskelcontrols.h"
+#include "common/fieldaccessible.h"
+#include "forms/units.h"
 #include "library/dispatch.h"
+
+#include <QPlainTextEdit>
 
 namespace kel {
 
@@ -9,6 +13,20 @@ FieldControl::FieldControl(QWidget *parent)
     : UserControl(parent), Label1(new Label(this, QStringLiteral("Label1")))
 {
     Label1->Move(0, 0, 1440, 195);
+    installFieldAccessibility();
+}
+
+QSize FieldControl::sizeHint() const
+{
+    const double strip = layoutRules().strip;
+    // A field for about a dozen characters, as a stock line edit offers.
+    return {twipsToPixelsX(Label1->Width() + strip) + activeField()->widget()->fontMetrics().averageCharWidth() * 14 + 8,
+            minimumSizeHint().height() * (qobject_cast<QPlainTextEdit *>(activeField()->widget()) ? 3 : 1)};
+}
+
+QSize FieldControl::minimumSizeHint() const
+{
+    return {twipsToPixelsX(Label1->Width() + 100 + layoutRules().strip), twipsToPixelsY(300)};
 }
 
 void FieldControl::setCaption(const QString &caption)
@@ -17,6 +35,7 @@ void FieldControl::setCaption(const QString &caption)
         return;
     Label1->setCaption(caption);
     propertyChanged(QStringLiteral("Caption"));
+    notifyAccessible(activeField()->widget(), QAccessible::NameChanged);
 }
 
 void FieldControl::setCaptionWidth(qint16 width)
@@ -57,6 +76,7 @@ void FieldControl::setMandatory(bool mandatory)
     m_mandatory = mandatory;
     propertyChanged(QStringLiteral("Mandatory"));
     Label1->setForeColor(mandatory ? 0x8000000D : 0x80000008);
+    notifyAccessible(activeField()->widget(), QAccessible::DescriptionChanged);
 }
 
 void FieldControl::setSelectOnFocus(bool select)
@@ -101,6 +121,9 @@ void FieldControl::layout()
     }
     Label1->setHeight(rules.fullHeightCaption ? ScaleHeight() : 195);
     Label1->setBuddy(activeField());
+    // In a layout a multi-line field takes the height it is given.
+    const bool tall = qobject_cast<QPlainTextEdit *>(activeField()->widget()) != nullptr;
+    setSizePolicy(QSizePolicy::Preferred, tall ? QSizePolicy::Expanding : QSizePolicy::Fixed);
     const double fieldWidth = ScaleWidth() - Label1->Width() - rules.strip;
     activeField()->Move(Label1->Width(), 0, fieldWidth, ScaleHeight());
     if (rules.strip > 0)

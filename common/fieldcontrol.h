@@ -89,7 +89,17 @@ public:
     /// Greater than 0 while properties are being read or the layout runs; layout waits meanwhile.
     qint16 LoadingDepth() const { return m_loadingDepth; }
 
+    /// What a layout gives the control: its caption and a usable field, 300 twips high (a
+    /// multi-line field grows with the room it gets).
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 protected:
+    friend class AccessibleField;
+    friend class AccessibleFieldControl;
+    /// The value as a number for screen readers, read without committing typed text; invalid
+    /// for fields whose value is no number.
+    virtual QVariant accessibleValue() const { return {}; }
     /// Every field widget, and the one in use.
     virtual std::vector<Child *> fields() const = 0;
     virtual Child *activeField() const = 0;   ///< the field widget in use

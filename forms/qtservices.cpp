@@ -31,6 +31,9 @@ int QtServices::MsgBox(const QString &prompt, int style, const QString &title)
     const auto &set = sets[size_t(style & 7) < sets.size() ? size_t(style & 7) : 0];
     for (const B &b : set)
         box.addButton(b.button);
+    // 256 and 512 make the second and third button the default.
+    if (const size_t first = size_t(style >> 8) & 3; first < set.size())
+        box.setDefaultButton(set[first].button);
     box.exec();
     for (const B &b : set)
         if (box.clickedButton() == box.button(b.button))

@@ -20,6 +20,7 @@ UserControl::UserControl(QWidget *parent)
 {
     installQtServicesIfNone();
     setFocusPolicy(Qt::NoFocus);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     m_widthTwips = width() * twipsPerPixelX();
     m_heightTwips = height() * twipsPerPixelY();
 }
@@ -30,6 +31,8 @@ UserControl::~UserControl()
     for (Child *c : findChildren<Child *>(Qt::FindDirectChildrenOnly))
         c->detach();
 }
+
+QSize UserControl::sizeHint() const { return {twipsToPixelsX(1440), twipsToPixelsY(300)}; }
 
 void UserControl::InitProperties() { onInitProperties(); }
 void UserControl::ReadProperties(PropertyBag &bag) { onReadProperties(bag); }

@@ -50,6 +50,9 @@ public:
     /// Sets the extender's tool tip; fields take it on the next show.
     void setExtenderToolTipText(const QString &text) { setToolTip(text); }
 
+    /// In a layout: an inch wide and 300 twips high, the height fixed.
+    QSize sizeHint() const override;
+
     /// Whether the focus is in one of the control's child widgets.
     bool focusInside() const { return m_focusInside; }
 

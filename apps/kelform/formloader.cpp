@@ -6,6 +6,7 @@
 #include "platform/propertybag.h"
 
 #include <QFile>
+#include <tuple>
 
 namespace kel::kelform {
 
@@ -38,9 +39,20 @@ QWidget *FormLoader::loadFile(const QString &file, QWidget *parent, QString *err
         *error = QStringLiteral("%1: %2").arg(file, f.errorString());
         return nullptr;
     }
+    // The loader also warns of what its error string says; held back, so a failure is said once.
+    static QList<std::tuple<QtMsgType, QString>> held;
+    held.clear();
+    const QtMessageHandler previous = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
+        held.append({type, text});
+    });
     QWidget *form = load(&f, parent);
+    qInstallMessageHandler(previous);
+    const QString reason = errorString();
+    for (const auto &[type, text] : std::as_const(held))
+        if (form || reason.isEmpty() || !text.contains(reason))
+            qt_message_output(type, QMessageLogContext(), text);
     if (!form)
-        *error = QStringLiteral("%1: %2").arg(file, errorString());
+        *error = QStringLiteral("%1: %2").arg(file, reason);
     return form;
 }
 

@@ -13,6 +13,10 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScopeGuard>
+#include <QStatusBar>
 #include <QMetaMethod>
 #include <QSqlError>
 #include <QSqlField>
@@ -28,6 +32,7 @@ namespace kel::kelform {
 namespace {
 
 constexpr int YesNoCancelQuestion = 3 + 32;
+constexpr int YesNoQuestionNoFirst = 4 + 32 + 256; // No is the default button
 constexpr int Yes = 6, No = 7;
 
 QString fieldName(const QWidget *control)
@@ -69,10 +74,15 @@ RecordForm::RecordForm(QWidget *form, const QSqlDatabase &db, QWidget *parent)
     layout->setSpacing(0);
     layout->addWidget(m_tools);
     form->setParent(this);
-    form->setMinimumSize(form->size());
-    layout->addWidget(form);
-    m_position->setContentsMargins(8, 2, 8, 4);
-    layout->addWidget(m_position);
+    // A form with a layout says its own minimum; a form of fixed positions needs all of its size.
+    if (!form->layout())
+        form->setMinimumSize(form->size());
+    layout->addWidget(form, 1);
+    m_position->setObjectName(QStringLiteral("recordPosition"));
+    auto *status = new QStatusBar(this);
+    status->setSizeGripEnabled(false);
+    status->addWidget(m_position, 1);
+    layout->addWidget(status);
     m_controls = controlsInTabOrder(form);
     if (!form->property("table").toString().isEmpty())
         openTable(db);
@@ -83,6 +93,52 @@ RecordForm::~RecordForm()
 {
     // QWidget's destructor still moves the focus, after our members are gone.
     disconnect(qApp, nullptr, this, nullptr);
+}
+
+// The same actions in the Record menu and on the tool bar: each with its Alt letter, its key
+// shown in the menu and named in its tool tip, and an icon where the theme has one.
+void RecordForm::addActions()
+{
+    QMenuBar *bar = menuBar();
+    QMenu *record = bar->addMenu(tr("&Record"));
+    auto add = [this, record](const QString &text, const char *icon, const QKeySequence &key, auto slot) {
+        auto *a = new QAction(QIcon::fromTheme(QLatin1String(icon)), text, this);
+        connect(a, &QAction::triggered, this, slot);
+        a->setShortcut(key);
+        a->setShortcutContext(Qt::WindowShortcut);
+        a->setToolTip(key.isEmpty() ? a->iconText() : tr("%1 (%2)").arg(a->iconText(), key.toString(QKeySequence::NativeText)));
+        record->addAction(a);
+        m_tools->addAction(a);
+        m_recordActions << a;
+        return a;
+    };
+    add(tr("&First"), "go-first", QKeySequence(Qt::CTRL | Qt::Key_PageUp), [this] { first(); });
+    add(tr("&Previous"), "go-previous", QKeySequence(Qt::Key_PageUp), [this] { previous(); });
+    add(tr("&Next"), "go-next", QKeySequence(Qt::Key_PageDown), [this] { next(); });
+    add(tr("&Last"), "go-last", QKeySequence(Qt::CTRL | Qt::Key_PageDown), [this] { last(); });
+    record->addSeparator();
+    m_tools->addSeparator();
+    add(tr("Ne&w"), "document-new", QKeySequence::New, [this] { newRecord(); });
+    m_save = add(tr("&Save"), "document-save", QKeySequence::Save, [this] { save(); });
+    m_revert = add(tr("Re&vert"), "document-revert", QKeySequence(Qt::CTRL | Qt::Key_R), [this] { revert(); });
+    add(tr("&Delete"), "edit-delete", QKeySequence(Qt::CTRL | Qt::Key_Delete), [this] { deleteRecord(); });
+    if (!m_form->property("batch").toString().isEmpty()) {
+        record->addSeparator();
+        m_tools->addSeparator();
+        const QString batchTitle = m_form->property("batchTitle").toString();
+        add(batchTitle.isEmpty() ? tr("Run &batch") : batchTitle, "", QKeySequence(), [this] { runBatch(); });
+    }
+    // Every action stays in sight, whatever the font: the window is never narrower than the bar.
+    m_tools->setMinimumWidth(m_tools->sizeHint().width());
+}
+
+QMenuBar *RecordForm::menuBar()
+{
+    if (!m_menuBar) {
+        m_menuBar = new QMenuBar(this);
+        static_cast<QVBoxLayout *>(layout())->setMenuBar(m_menuBar);
+    }
+    return m_menuBar;
 }
 
 void RecordForm::openTable(const QSqlDatabase &db)
@@ -116,27 +172,7 @@ void RecordForm::openTable(const QSqlDatabase &db)
     }
     connect(qApp, &QApplication::focusChanged, this, [this] { refresh(); });
 
-    auto add = [this](const QString &text, const QKeySequence &key, auto slot) {
-        QAction *a = m_tools->addAction(text, this, slot);
-        a->setShortcut(key);
-        a->setShortcutContext(Qt::WindowShortcut);
-        m_recordActions << a;
-        return a;
-    };
-    add(QStringLiteral("|<"), QKeySequence(Qt::CTRL | Qt::Key_PageUp), [this] { first(); });
-    add(QStringLiteral("<"), QKeySequence(Qt::Key_PageUp), [this] { previous(); });
-    add(QStringLiteral(">"), QKeySequence(Qt::Key_PageDown), [this] { next(); });
-    add(QStringLiteral(">|"), QKeySequence(Qt::CTRL | Qt::Key_PageDown), [this] { last(); });
-    m_tools->addSeparator();
-    add(QStringLiteral("New"), QKeySequence::New, [this] { newRecord(); });
-    m_save = add(QStringLiteral("Save"), QKeySequence::Save, [this] { save(); });
-    add(QStringLiteral("Revert"), QKeySequence(Qt::CTRL | Qt::Key_R), [this] { revert(); });
-    add(QStringLiteral("Delete"), QKeySequence(), [this] { deleteRecord(); });
-    if (!m_form->property("batch").toString().isEmpty()) {
-        m_tools->addSeparator();
-        const QString batchTitle = m_form->property("batchTitle").toString();
-        add(batchTitle.isEmpty() ? QStringLiteral("Run batch") : batchTitle, QKeySequence(), [this] { runBatch(); });
-    }
+    addActions();
     if (rowCount() > 0)
         showRow(0);
 }
@@ -218,7 +254,7 @@ bool RecordForm::goTo(int row)
 bool RecordForm::leaveRecord()
 {
     if (changedSaved()) {
-        const int answer = services().MsgBox(QStringLiteral("Save changes to this record?"), YesNoCancelQuestion, title());
+        const int answer = services().MsgBox(tr("Save changes to this record?"), YesNoCancelQuestion, title());
         if (answer == Yes)
             return save();
         if (answer != No)
@@ -274,7 +310,7 @@ bool RecordForm::validAll()
             continue;
         // Text, combo and check fields have no message of their own.
         const QString caption = c->property("Caption").toString();
-        services().MsgBox(QStringLiteral("Please fill in \"%1\".").arg(caption.isEmpty() ? c->objectName() : caption), 64, title());
+        services().MsgBox(tr("Please fill in \"%1\".").arg(caption.isEmpty() ? c->objectName() : caption), 64, title());
         if (QWidget *w = focusTarget(c))
             w->setFocus(Qt::OtherFocusReason);
         return false;
@@ -337,7 +373,7 @@ bool RecordForm::deleteRecord()
         showRow(rowCount() - 1);
         return true;
     }
-    if (services().MsgBox(QStringLiteral("Delete this record?"), 4 + 32, title()) != Yes)
+    if (services().MsgBox(tr("Delete this record?"), YesNoQuestionNoFirst, title()) != Yes)
         return false;
     const int row = currentRow();
     if (!m_model->removeRow(row) || !m_model->submitAll()) {
@@ -361,6 +397,16 @@ bool RecordForm::runBatch()
     if (ids.exec(QStringLiteral("SELECT %1 FROM %2").arg(m_model->record().fieldName(keyColumn()), m_model->tableName())))
         while (ids.next())
             all << ids.value(0);
+    const QString job = m_form->property("batchTitle").toString().remove(u'&');
+    const QString question = job.isEmpty() ? tr("Run the batch on all %1 records?").arg(all.size())
+                                           : tr("Run \"%1\" on all %2 records?").arg(job).arg(all.size());
+    if (services().MsgBox(question, YesNoQuestionNoFirst, title()) != Yes)
+        return false;
+    // The bar shows this run only; it is empty again when the run ends, however it ends.
+    const auto emptyBar = qScopeGuard([bar] {
+        if (bar)
+            bar->setValue(bar->Min());
+    });
     if (bar) {
         bar->setMin(0);
         bar->setMax(qMax(1, int(all.size())));
@@ -404,8 +450,11 @@ bool RecordForm::eventFilter(QObject *watched, QEvent *event)
 
 void RecordForm::controlChanged()
 {
-    if (!m_loading && m_save)
-        m_save->setEnabled(true);
+    if (m_loading)
+        return;
+    for (QAction *a : {m_save, m_revert})
+        if (a)
+            a->setEnabled(true);
 }
 
 // Reads every control's ChangedSaved, which commits typed text in some fields: done when the
@@ -413,15 +462,16 @@ void RecordForm::controlChanged()
 void RecordForm::refresh()
 {
     if (!m_model) {
-        m_position->setText(m_tableError.isEmpty() ? QString() : QStringLiteral("No records: %1").arg(m_tableError));
+        m_position->setText(m_tableError.isEmpty() ? QString() : tr("No records: %1").arg(m_tableError));
         return;
     }
     if (m_save)
         m_save->setEnabled(changedSaved());
+    if (m_revert)
+        m_revert->setEnabled(m_newRow || changedSaved());
     const int row = currentRow();
-    m_position->setText(m_newRow ? QStringLiteral("New record")
-                                 : row < 0 ? QStringLiteral("No records")
-                                           : QStringLiteral("Record %1 of %2").arg(row + 1).arg(rowCount()));
+    // The label is the status bar's text: screen readers hear each change of its name.
+    m_position->setText(m_newRow ? tr("New record") : row < 0 ? tr("No records") : tr("Record %1 of %2").arg(row + 1).arg(rowCount()));
 }
 
 QString RecordForm::title() const

@@ -8,6 +8,7 @@
 
 class QAction;
 class QLabel;
+class QMenuBar;
 class QSqlTableModel;
 class QToolBar;
 
@@ -52,6 +53,9 @@ public:
     bool runBatch();
 
     QAction *saveAction() const { return m_save; }
+    QAction *revertAction() const { return m_revert; }
+    /// The window's menu bar, made on first use.
+    QMenuBar *menuBar();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -62,6 +66,7 @@ private slots:
 
 private:
     void openTable(const QSqlDatabase &db);
+    void addActions();
     void fillLists(const QSqlDatabase &db);
     void setDateRanges();
     bool leaveRecord();
@@ -81,6 +86,8 @@ private:
     QList<QWidget *> m_controls; // tab order
     QString m_tableError;
     QAction *m_save = nullptr;
+    QAction *m_revert = nullptr;
+    QMenuBar *m_menuBar = nullptr;
     QList<QAction *> m_recordActions;
     bool m_loading = false;
     bool m_newRow = false;

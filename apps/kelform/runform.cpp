@@ -3,22 +3,67 @@
 #include "formdatabase.h"
 #include "formloader.h"
 #include "recordform.h"
+#include "library/translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QLibraryInfo>
 #include <QPixmap>
+#include <QTranslator>
 #include <cstdio>
+#include <memory>
+#include <vector>
 
 namespace kel::kelform {
 
+namespace {
+
+void complain(const QString &what) { std::fprintf(stderr, "kelform: %s\n", qPrintable(what)); }
+
+} // namespace
+
+void installTranslations()
+{
+    installLibraryTranslations();
+    static std::vector<std::unique_ptr<QTranslator>> installed;
+    installed.clear(); // a translator removes itself when destroyed
+    for (const auto &[name, dir] : {std::pair{QStringLiteral("kelform"), QStringLiteral(":/kelform/i18n")},
+                                    {QStringLiteral("qtbase"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)}}) {
+        auto t = std::make_unique<QTranslator>();
+        if (t->load(QLocale(), name, QStringLiteral("_"), dir) && QCoreApplication::installTranslator(t.get()))
+            installed.push_back(std::move(t));
+    }
+}
+
 void addFormOptions(QCommandLineParser &cli)
 {
-    cli.addOption({QStringLiteral("db"), QStringLiteral("Use the database <file> instead of the one in the application data folder."), QStringLiteral("file")});
-    cli.addOption({QStringLiteral("screenshot"), QStringLiteral("Render the form to the PNG <file> and exit."), QStringLiteral("file")});
-    cli.addOption({QStringLiteral("dump"), QStringLiteral("Print every control's persisted properties and exit.")});
-    cli.addPositionalArgument(QStringLiteral("form"), QStringLiteral("The .ui form to run (default: the order-entry example)."), QStringLiteral("[form.ui]"));
+    cli.addOption({QStringLiteral("db"), QCoreApplication::translate("kelform", "Use the database <file> instead of the one in the application data folder."), QStringLiteral("file")});
+    cli.addOption({{QStringLiteral("screenshot"), QStringLiteral("png")}, QCoreApplication::translate("kelform", "Render the form (or the gallery) to the PNG <file> and exit; no window opens."), QStringLiteral("file")});
+    cli.addOption({QStringLiteral("dump"), QCoreApplication::translate("kelform", "Print every control's persisted properties and exit.")});
+    cli.addPositionalArgument(QStringLiteral("form"), QCoreApplication::translate("kelform", "The .ui form to run (default: the order-entry example)."), QStringLiteral("[form.ui]"));
+}
+
+QString screenshotFile(const QCommandLineParser &cli)
+{
+    return cli.isSet(QStringLiteral("screenshot")) ? cli.value(QStringLiteral("screenshot")) : QString();
+}
+
+int saveScreenshot(QWidget *window, const QString &file)
+{
+    window->setAttribute(Qt::WA_DontShowOnScreen);
+    // The whole window at its natural size, even where that exceeds a small virtual screen.
+    window->resize(window->sizeHint().expandedTo(window->minimumSizeHint()));
+    window->show();
+    QApplication::processEvents();
+    QDir().mkpath(QFileInfo(file).absolutePath());
+    if (!window->grab().save(file, "PNG")) {
+        complain(QCoreApplication::translate("kelform", "cannot write %1").arg(file));
+        return BadInput;
+    }
+    std::printf("%s\n", qPrintable(QFileInfo(file).absoluteFilePath()));
+    return Done;
 }
 
 int runForm(const QCommandLineParser &cli)
@@ -28,39 +73,30 @@ int runForm(const QCommandLineParser &cli)
     QString error;
     QWidget *form = loader.loadFile(file, nullptr, &error);
     if (!form) {
-        std::fprintf(stderr, "kelform: %s\n", qPrintable(error));
-        return 1;
+        complain(error);
+        return BadInput;
     }
     if (cli.isSet(QStringLiteral("dump"))) {
         std::fputs(qPrintable(dumpProperties(form)), stdout);
         delete form;
-        return 0;
+        return Done;
     }
     QSqlDatabase db;
     if (!form->property("table").toString().isEmpty()) {
         const QString dbFile = cli.isSet(QStringLiteral("db")) ? cli.value(QStringLiteral("db")) : defaultDatabasePath();
         db = openDatabase(dbFile, &error);
         if (!db.isOpen()) {
-            std::fprintf(stderr, "kelform: %s\n", qPrintable(error));
+            complain(error);
             delete form;
-            return 1;
+            return BadInput;
         }
     }
     RecordForm window(form, db);
     if (!window.tableError().isEmpty())
-        std::fprintf(stderr, "kelform: %s\n", qPrintable(window.tableError()));
+        complain(window.tableError());
+    if (const QString png = screenshotFile(cli); !png.isEmpty())
+        return saveScreenshot(&window, png);
     window.show();
-    if (cli.isSet(QStringLiteral("screenshot"))) {
-        const QString png = cli.value(QStringLiteral("screenshot"));
-        QApplication::processEvents();
-        QDir().mkpath(QFileInfo(png).absolutePath());
-        if (!window.grab().save(png)) {
-            std::fprintf(stderr, "kelform: cannot write %s\n", qPrintable(png));
-            return 1;
-        }
-        std::printf("%s\n", qPrintable(QFileInfo(png).absoluteFilePath()));
-        return 0;
-    }
     return QApplication::exec();
 }
 

@@ -113,7 +113,7 @@ bool DateTimeField::Valid(bool ShowMessage)
     if (v) {
         if (*v >= m_minValue && *v <= m_maxValue)
             return true;
-        message = w.rangeStart + formatted(m_minValue) + QStringLiteral(" to ") + formatted(m_maxValue) + u'.';
+        message = w.range.arg(formatted(m_minValue), formatted(m_maxValue));
     } else if (!m_mandatory && (nullAlwaysValidWhenOptional() || Text1->Text().isEmpty())) {
         return true;
     } else {

@@ -74,7 +74,7 @@ protected:
     explicit DateTimeField(QWidget *parent = nullptr);
 
     struct Wording {
-        QString title, rangeStart, noValue;
+        QString title, range, noValue; // range has %1 and %2 for the bounds
     };
     virtual Wording wording() const = 0;
     // Text to a serial through the run-time object; nullopt when it is no value.

@@ -4,6 +4,7 @@
 #include "platform/dayserial.h"
 #include "platform/format.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
@@ -78,8 +79,9 @@ void KelDate::setFormat(const QString &format)
 
 DateTimeField::Wording KelDate::wording() const
 {
-    return {QStringLiteral("Invalid Date"), QStringLiteral("This field only accepts dates from "),
-            QStringLiteral("Please enter a valid date in this field.")};
+    return {QCoreApplication::translate("kel::KelDate", "Invalid Date"),
+            QCoreApplication::translate("kel::KelDate", "This field only accepts dates from %1 to %2."),
+            QCoreApplication::translate("kel::KelDate", "Please enter a valid date in this field.")};
 }
 
 std::optional<double> KelDate::parse(const QString &text) const { return parseIn(text, m_format, m_daysFlag == BirthDay); }

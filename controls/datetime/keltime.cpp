@@ -5,6 +5,7 @@
 #include "platform/format.h"
 #include "platform/services.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 namespace kel {
@@ -72,8 +73,9 @@ double KelTime::bound(double serial) const
 
 DateTimeField::Wording KelTime::wording() const
 {
-    return {QStringLiteral("Invalid Time"), QStringLiteral("This field only accepts times from "),
-            QStringLiteral("Please enter a valid time in this field.")};
+    return {QCoreApplication::translate("kel::KelTime", "Invalid Time"),
+            QCoreApplication::translate("kel::KelTime", "This field only accepts times from %1 to %2."),
+            QCoreApplication::translate("kel::KelTime", "Please enter a valid time in this field.")};
 }
 
 std::optional<double> KelTime::parse(const QString &text) const

@@ -5,6 +5,7 @@
 #include "platform/services.h"
 #include "library/librarysettings.h"
 
+#include <QCoreApplication>
 #include <cmath>
 #include <utility>
 
@@ -171,13 +172,13 @@ bool KelNumber::Valid(bool ShowMessage)
     const double v = m_textDirty ? parseField() : m_value;
     QString message;
     if (m_mandatory && v == 0)
-        message = QStringLiteral("Please enter a non-zero value in this field.");
+        message = QCoreApplication::translate("kel::KelNumber", "Please enter a non-zero value in this field.");
     else if (v >= m_minValue && v <= m_maxValue)
         return true;
     else
-        message = QStringLiteral("This field only accepts values from ") + displayText(m_minValue, true)
-                + QStringLiteral(" to ") + displayText(m_maxValue, m_groupDigits) + u'.';
-    return invalid(ShowMessage, message, QStringLiteral("Invalid Value"));
+        message = QCoreApplication::translate("kel::KelNumber", "This field only accepts values from %1 to %2.")
+                      .arg(displayText(m_minValue, true), displayText(m_maxValue, m_groupDigits));
+    return invalid(ShowMessage, message, QCoreApplication::translate("kel::KelNumber", "Invalid Value"));
 }
 
 double KelNumber::currentValue()
@@ -201,6 +202,17 @@ QString KelNumber::editText(double v) const
     if (m_decimalsInUse > 0 && text.endsWith(m_decimalChar))
         text.chop(1);
     return text;
+}
+
+QVariant KelNumber::accessibleValue() const
+{
+    if (!m_textDirty)
+        return m_value;
+    try {
+        return parseField();
+    } catch (const std::exception &) {
+        return m_value;
+    }
 }
 
 double KelNumber::parseField() const

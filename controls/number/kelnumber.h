@@ -81,6 +81,7 @@ protected:
     void step(int direction) override { stepValue(direction * m_upDownChange); }
     bool arrowsStep() const override { return m_upDown; }
     void keyDown(int &keyCode) override;
+    QVariant accessibleValue() const override;
 
     void onInitProperties() override;
     void onReadProperties(PropertyBag &bag) override;

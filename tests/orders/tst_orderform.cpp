@@ -5,9 +5,14 @@
 
 #include "controls/progress/kelprogressbar.h"
 #include "kelfixture.h"
+#include "runform.h"
 
+#include <QAccessible>
+#include <QAccessibleValueInterface>
 #include <QAction>
 #include <QApplication>
+#include <QLabel>
+#include <QMenuBar>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QTemporaryDir>
@@ -55,6 +60,26 @@ QStringList firstRow(const QString &sql)
     return columns;
 }
 
+// A key as the user presses it: to an open menu, else to the focused widget.
+void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+{
+    QWidget *target = QApplication::activePopupWidget() ? QApplication::activePopupWidget() : focused();
+    QVERIFY(target);
+    QTest::keyClick(target, Qt::Key(key), modifiers);
+}
+
+// What a screen reader sees under `a`: one line an object, indented by depth.
+void dumpTree(QAccessibleInterface *a, QStringList &out, int depth = 0)
+{
+    if (!a || a->state().invisible)
+        return;
+    out << QStringLiteral("%1%2 \"%3\" value=\"%4\" description=\"%5\"")
+               .arg(QString(depth * 2, u' '), QString::fromLatin1(qAccessibleRoleString(a->role())), a->text(QAccessible::Name),
+                    a->text(QAccessible::Value), a->text(QAccessible::Description));
+    for (int i = 0; i < a->childCount(); ++i)
+        dumpTree(a->child(i), out, depth + 1);
+}
+
 } // namespace
 
 class TestOrderForm : public QObject
@@ -82,6 +107,7 @@ class TestOrderForm : public QObject
     }
     QWidget *control(const char *name) const { return m_form->form()->findChild<QWidget *>(QLatin1String(name)); }
     void focusField(const char *name) { control(name)->findChild<QWidget *>(QStringLiteral("Text1"))->setFocus(Qt::TabFocusReason); }
+    QString position() const { return m_form->findChild<QLabel *>(u"recordPosition"_qs)->text(); }
     int storedOrders() const { return firstRow(QStringLiteral("SELECT count(*) FROM orders")).value(0, u"-1"_qs).toInt(); }
     // Nothing to save, and the form says so.
     bool unchanged() const { return !m_form->changedSaved() && !m_form->saveAction()->isEnabled(); }
@@ -180,6 +206,140 @@ private slots:
         QCOMPARE(firstRow(u"SELECT unit_price FROM orders WHERE customer_ref = 'PO-9001'"_qs), QStringList(u"11"_qs));
     }
 
+    // Each field as a screen reader gets it: the caption names it, it has its value, a mandatory
+    // field says "required", a spinner's steps are the field's own actions.
+    void accessibilityTree_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::addColumn<QString>("role");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<bool>("required");
+        QTest::newRow("text") << "customer_ref" << "EditableText" << "Customer ref." << "PO-2291" << true;
+        QTest::newRow("combo") << "customer_id" << "ComboBox" << "Customer" << "Acme Tools Ltd" << true;
+        QTest::newRow("number") << "quantity" << "SpinBox" << "Quantity" << "40" << true;
+        QTest::newRow("optional") << "unit_price" << "SpinBox" << "Unit price" << "12.50" << false;
+        QTest::newRow("time") << "delivery_time" << "SpinBox" << "Delivery time" << "09:30" << false;
+        QTest::newRow("multi-line") << "notes" << "EditableText" << "Notes" << "Deliver to the loading bay." << false;
+    }
+    void accessibilityTree()
+    {
+        QFETCH(QString, field);
+        QFETCH(QString, role);
+        QFETCH(QString, name);
+        QFETCH(QString, value);
+        QFETCH(bool, required);
+        QStringList tree;
+        dumpTree(QAccessible::queryAccessibleInterface(m_form.get()), tree);
+        const QString line = QStringLiteral("%1 \"%2\" value=\"%3\" description=\"%4\"").arg(role, name, value, required ? u"required"_qs : QString());
+        QVERIFY2(tree.filter(line).size() == 1, qPrintable(tree.join(u'\n')));
+        // No nameless spinner or empty text box beside the fields.
+        QVERIFY2(tree.filter(u"Up Down"_qs).isEmpty() && tree.filter(u"EditableText \"\""_qs).isEmpty(), qPrintable(tree.join(u'\n')));
+
+        QWidget *box = control(qPrintable(field))->findChild<QWidget *>(QStringLiteral("Text1"));
+        if (role != u"SpinBox")
+            return;
+        QAccessibleInterface *a = QAccessible::queryAccessibleInterface(box);
+        QVERIFY(a->actionInterface()->actionNames().contains(QAccessibleActionInterface::increaseAction()));
+        bool numeric = false;
+        const double number = value.toDouble(&numeric);
+        QCOMPARE(a->valueInterface() != nullptr, numeric); // a number field's value is a number too
+        if (numeric)
+            QCOMPARE(a->valueInterface()->currentValue().toDouble(), number);
+        a->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+        QVERIFY(a->text(QAccessible::Value) != value);
+        if (numeric)
+            QVERIFY(a->valueInterface()->currentValue().toDouble() > number);
+        QVERIFY(m_form->saveAction()->isEnabled());
+    }
+
+    // The position is the status bar's text, which screen readers hear as it changes.
+    void recordPosition()
+    {
+        QAccessibleInterface *label = QAccessible::queryAccessibleInterface(m_form->findChild<QLabel *>(u"recordPosition"_qs));
+        QCOMPARE(label->parent()->role(), QAccessible::StatusBar);
+        QVERIFY(m_form->next());
+        QCOMPARE(label->text(QAccessible::Name), u"Record 2 of 5"_qs);
+    }
+
+    // A whole order by keys alone, as a clerk works: the menu by its Alt letters, typing over
+    // each tabbed-into value, save, move about, delete after the question.
+    void keyboardOnlyOrderEntry()
+    {
+        QVERIFY(!m_form->revertAction()->isEnabled());
+        press(Qt::Key_R, Qt::AltModifier);
+        QVERIFY(QApplication::activePopupWidget());
+        press(Qt::Key_W);
+        QVERIFY(focusInside(control("customer_ref")));
+        QVERIFY(m_form->revertAction()->isEnabled());
+        const QDate day = QDate::currentDate().addDays(-3);
+        const QStringList typed = {u"PO-4711"_qs, u"Cr"_qs, day.toString(u"d/M/yyyy"_qs), u"1415"_qs, u"7"_qs, u"5"_qs};
+        for (const QString &text : typed) {
+            QTest::keyClicks(focused(), text);
+            press(Qt::Key_Tab);
+        }
+        press(Qt::Key_Space); // paid
+        press(Qt::Key_Tab);
+        QTest::keyClicks(focused(), u"Ring twice"_qs);
+        press(Qt::Key_S, Qt::ControlModifier);
+        QVERIFY2(m_services->boxes.empty(), m_services->boxes.empty() ? "" : qPrintable(m_services->boxes.front().prompt));
+        QCOMPARE(firstRow(u"SELECT customer_id, order_date, delivery_time, quantity, unit_price, paid, notes FROM orders "
+                          "WHERE customer_ref = 'PO-4711'"_qs),
+                 (QStringList{u"103"_qs, day.toString(Qt::ISODate), u"14:15:00"_qs, u"7"_qs, u"5"_qs, u"1"_qs, u"Ring twice"_qs}));
+        QVERIFY(!m_form->revertAction()->isEnabled());
+
+        press(Qt::Key_PageUp, Qt::ControlModifier);
+        QCOMPARE(m_form->currentRow(), 0);
+        press(Qt::Key_PageDown, Qt::ControlModifier);
+        QCOMPARE(control("customer_ref")->property("Text").toString(), u"PO-4711"_qs);
+
+        m_services->answer = 6;
+        press(Qt::Key_R, Qt::AltModifier);
+        press(Qt::Key_D);
+        QCOMPARE(m_services->boxes.back().prompt, u"Delete this record?"_qs);
+        QCOMPARE(m_services->boxes.back().style & 0x300, 256); // No is the default
+        QCOMPARE(storedOrders(), 5);
+        QCOMPARE(position(), u"Record 5 of 5"_qs);
+    }
+
+    // The same form in another language: a message of the library, one of kelform, the menu
+    // and the status line.
+    void translated_data()
+    {
+        QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<QStringList>("texts");
+        QTest::newRow("de_DE") << QLocale(QLocale::German, QLocale::Germany)
+                               << QStringList{u"Bitte geben Sie in dieses Feld einen Wert ungleich null ein."_qs, u"Ungültiger Wert"_qs,
+                                              u"Bitte füllen Sie „Customer ref.“ aus."_qs, u"&Datensatz"_qs, u"Neuer Datensatz"_qs};
+        QTest::newRow("fr_FR") << QLocale(QLocale::French, QLocale::France)
+                               << QStringList{u"Veuillez saisir une valeur non nulle dans ce champ."_qs, u"Valeur non valide"_qs,
+                                              u"Veuillez remplir « Customer ref. »."_qs, u"&Enregistrement"_qs, u"Nouvel enregistrement"_qs};
+    }
+    void translated()
+    {
+        QFETCH(QLocale, locale);
+        QFETCH(QStringList, texts);
+        QLocale::setDefault(locale);
+        installTranslations();
+        const auto english = qScopeGuard([] {
+            QLocale::setDefault(QLocale::c());
+            installTranslations();
+        });
+        open();
+        QVERIFY(m_form->newRecord());
+        focusField("quantity");
+        fill(u"0"_qs);
+        bool valid = true;
+        QMetaObject::invokeMethod(control("quantity"), "Valid", Q_RETURN_ARG(bool, valid), Q_ARG(bool, true));
+        QVERIFY(!valid);
+        QCOMPARE(m_services->boxes.back().prompt, texts[0]);
+        QCOMPARE(m_services->boxes.back().title, texts[1]);
+        save();
+        QCOMPARE(m_services->boxes.back().prompt, texts[2]);
+        QCOMPARE(m_form->menuBar()->actions().first()->text(), texts[3]);
+        QCOMPARE(position(), texts[4]);
+    }
+
     void emptyTimeIsStoredAsNull()
     {
         enterOrder(QStringLiteral("PO-7"), QStringLiteral("Ba"), QString(), QStringLiteral("3"));
@@ -205,13 +365,17 @@ private slots:
             return out;
         };
         const QList<double> before = prices();
+        QVERIFY(!m_form->runBatch()); // asked first; Cancel runs nothing
+        QCOMPARE(m_services->boxes.back().style, 4 + 32 + 256);
+        QCOMPARE(prices(), before);
+        m_services->answer = 6;
         QVERIFY(m_form->runBatch());
         const QList<double> after = prices();
         QCOMPARE(after.size(), before.size());
         for (qsizetype i = 0; i < before.size(); ++i)
             QVERIFY2(qAbs(after[i] - before[i] * 1.05) <= 0.00501, qPrintable(QString::number(after[i])));
         auto *bar = m_form->form()->findChild<KelProgressBar *>();
-        QCOMPARE(bar->Value(), bar->Max());
+        QCOMPARE(bar->Value(), bar->Min()); // empty again once done
         QCOMPARE(control("unit_price")->property("Value").toDouble(), after.front());
     }
 };
