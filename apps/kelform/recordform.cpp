@@ -121,7 +121,8 @@ void RecordForm::addActions()
     add(tr("Ne&w"), "document-new", QKeySequence::New, [this] { newRecord(); });
     m_save = add(tr("&Save"), "document-save", QKeySequence::Save, [this] { save(); });
     m_revert = add(tr("Re&vert"), "document-revert", QKeySequence(Qt::CTRL | Qt::Key_R), [this] { revert(); });
-    add(tr("&Delete"), "edit-delete", QKeySequence(Qt::CTRL | Qt::Key_Delete), [this] { deleteRecord(); });
+    // Ctrl+Delete alone deletes a word in a text field.
+    add(tr("&Delete"), "edit-delete", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Delete), [this] { deleteRecord(); });
     if (!m_form->property("batch").toString().isEmpty()) {
         record->addSeparator();
         m_tools->addSeparator();

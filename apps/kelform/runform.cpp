@@ -53,8 +53,9 @@ QString screenshotFile(const QCommandLineParser &cli)
 int saveScreenshot(QWidget *window, const QString &file)
 {
     window->setAttribute(Qt::WA_DontShowOnScreen);
-    // The whole window at its natural size, even where that exceeds a small virtual screen.
-    window->resize(window->sizeHint().expandedTo(window->minimumSizeHint()));
+    // A laid-out window whole, at its natural size, even where that exceeds a small virtual screen.
+    if (window->layout())
+        window->resize(window->sizeHint().expandedTo(window->minimumSizeHint()));
     window->show();
     QApplication::processEvents();
     QDir().mkpath(QFileInfo(file).absolutePath());

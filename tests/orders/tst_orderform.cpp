@@ -293,10 +293,14 @@ private slots:
         press(Qt::Key_PageDown, Qt::ControlModifier);
         QCOMPARE(control("customer_ref")->property("Text").toString(), u"PO-4711"_qs);
 
+        // Delete by its key from inside a text field, refused once, then by the menu.
+        QVERIFY(focusInside(control("notes")));
+        press(Qt::Key_Delete, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(m_services->boxes.back().prompt, u"Delete this record?"_qs);
+        QCOMPARE(storedOrders(), 6);
         m_services->answer = 6;
         press(Qt::Key_R, Qt::AltModifier);
         press(Qt::Key_D);
-        QCOMPARE(m_services->boxes.back().prompt, u"Delete this record?"_qs);
         QCOMPARE(m_services->boxes.back().style & 0x300, 256); // No is the default
         QCOMPARE(storedOrders(), 5);
         QCOMPARE(position(), u"Record 5 of 5"_qs);
