@@ -131,10 +131,6 @@
         <translation>Siehe „kelform --help“.</translation>
     </message>
     <message>
-        <source>--gallery takes no form file.</source>
-        <translation>--gallery nimmt keine Formulardatei.</translation>
-    </message>
-    <message>
         <source>Use the database &lt;file&gt; instead of the one in the application data folder.</source>
         <translation>Die Datenbank &lt;file&gt; statt der im Anwendungsdatenordner verwenden.</translation>
     </message>
@@ -153,6 +149,10 @@
     <message>
         <source>cannot write %1</source>
         <translation>%1 kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>no display to show the form on; --screenshot and --dump need none</source>
+        <translation>kein Bildschirm, auf dem das Formular erscheinen kann; --screenshot und --dump brauchen keinen</translation>
     </message>
 </context>
 </TS>

@@ -131,10 +131,6 @@
         <translation>Essayez « kelform --help ».</translation>
     </message>
     <message>
-        <source>--gallery takes no form file.</source>
-        <translation>--gallery ne prend pas de fichier de formulaire.</translation>
-    </message>
-    <message>
         <source>Use the database &lt;file&gt; instead of the one in the application data folder.</source>
         <translation>Utiliser la base de données &lt;file&gt; au lieu de celle du dossier de données de l&apos;application.</translation>
     </message>
@@ -153,6 +149,10 @@
     <message>
         <source>cannot write %1</source>
         <translation>impossible d&apos;écrire %1</translation>
+    </message>
+    <message>
+        <source>no display to show the form on; --screenshot and --dump need none</source>
+        <translation>aucun écran pour afficher le formulaire ; --screenshot et --dump n&apos;en ont pas besoin</translation>
     </message>
 </context>
 </TS>
