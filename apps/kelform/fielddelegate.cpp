@@ -30,6 +30,9 @@ void showTag(KelCombo *combo, const QVariant &cell)
 // user's regional order; they go in as QDate/QTime instead, and NULL as a Null value.
 QVariant dateTimeFromCell(QWidget *editor, const QVariant &cell)
 {
+    // PostgreSQL's date and time columns arrive typed.
+    if (!cell.isNull() && (cell.metaType() == QMetaType::fromType<QDate>() || cell.metaType() == QMetaType::fromType<QTime>()))
+        return cell;
     const QString text = cell.isNull() ? QString() : cell.toString();
     if (qobject_cast<KelTime *>(editor)) {
         if (const QTime t = QTime::fromString(text, Qt::ISODate); t.isValid())
@@ -87,16 +90,6 @@ void showCell(QWidget *editor, const QVariant &cell)
     }
     if (editor->metaObject()->indexOfProperty("ValueSaved") >= 0)
         editor->setProperty("ValueSaved", user.read(editor));
-}
-
-void FieldDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
-{
-    showCell(editor, index.data(Qt::EditRole));
-}
-
-void FieldDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
-{
-    model->setData(index, cellValue(editor), Qt::EditRole);
 }
 
 } // namespace kel::kelform

@@ -4,6 +4,8 @@
 #include "formloader.h"
 #include "recordform.h"
 
+#include "platform/services.h"
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -15,7 +17,10 @@ namespace kel::kelform {
 
 void addFormOptions(QCommandLineParser &cli)
 {
-    cli.addOption({QStringLiteral("db"), QStringLiteral("Use the database <file> instead of the one in the application data folder."), QStringLiteral("file")});
+    cli.addOption({QStringLiteral("db"),
+                   QStringLiteral("Use the SQLite file <db> instead of the one in the application data folder, or the PostgreSQL "
+                                  "server postgresql://user@host:port/dbname (password from PGPASSWORD or ~/.pgpass)."),
+                   QStringLiteral("db")});
     cli.addOption({QStringLiteral("screenshot"), QStringLiteral("Render the form to the PNG <file> and exit."), QStringLiteral("file")});
     cli.addOption({QStringLiteral("dump"), QStringLiteral("Print every control's persisted properties and exit.")});
     cli.addPositionalArgument(QStringLiteral("form"), QStringLiteral("The .ui form to run (default: the order-entry example)."), QStringLiteral("[form.ui]"));
@@ -41,14 +46,20 @@ int runForm(const QCommandLineParser &cli)
         const QString dbFile = cli.isSet(QStringLiteral("db")) ? cli.value(QStringLiteral("db")) : defaultDatabasePath();
         db = openDatabase(dbFile, &error);
         if (!db.isOpen()) {
+            // Said in a dialog too: started from a desktop, nobody reads standard error.
             std::fprintf(stderr, "kelform: %s\n", qPrintable(error));
+            if (!cli.isSet(QStringLiteral("screenshot")))
+                services().MsgBox(error, 16, QApplication::applicationName());
             delete form;
             return 1;
         }
     }
     RecordForm window(form, db);
-    if (!window.tableError().isEmpty())
+    if (!window.tableError().isEmpty()) {
         std::fprintf(stderr, "kelform: %s\n", qPrintable(window.tableError()));
+        if (!cli.isSet(QStringLiteral("screenshot")))
+            services().MsgBox(window.tableError(), 16, QApplication::applicationName());
+    }
     window.show();
     if (cli.isSet(QStringLiteral("screenshot"))) {
         const QString png = cli.value(QStringLiteral("screenshot"));
