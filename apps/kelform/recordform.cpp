@@ -437,8 +437,9 @@ bool RecordForm::deleteRecord()
     case RecordStore::Outcome::Changed:
         services().MsgBox(tr("This %1 was changed by someone else since you opened it. It was not deleted; their version is shown now.").arg(noun()),
                           Information, title());
-        m_store->find(m_store->currentKey());
-        break;
+        if (m_store->find(m_store->currentKey()))
+            showCurrent();
+        return false;
     case RecordStore::Outcome::Deleted:
         services().MsgBox(tr("This %1 was already deleted by someone else.").arg(noun()), Information, title());
         break;

@@ -29,6 +29,14 @@ bool run(QSqlQuery &q, const QString &sql, const QVariantList &bind, QSqlError *
 
 } // namespace
 
+// A check box gives a boolean; PostgreSQL will not put one in an integer column by itself.
+QVariant RecordStore::forColumn(const QString &column, const QVariant &value) const
+{
+    if (value.typeId() == QMetaType::Bool && m_columns.field(column).metaType().id() != QMetaType::Bool)
+        return value.toBool() ? 1 : 0;
+    return value;
+}
+
 RecordStore::RecordStore(const QSqlDatabase &db, const QString &table) : m_db(db), m_table(table)
 {
     m_columns = db.record(table);
@@ -128,7 +136,7 @@ RecordStore::Outcome RecordStore::update(const QVariantHash &values)
         if (it.key() == m_key || !m_columns.contains(it.key()))
             continue;
         sets << quoted(it.key()) + QStringLiteral(" = ?");
-        bind << it.value();
+        bind << forColumn(it.key(), it.value());
     }
     if (sets.isEmpty())
         return Outcome::Stored;
@@ -168,7 +176,7 @@ RecordStore::Outcome RecordStore::insert(const QVariantHash &values)
             continue;
         names << quoted(it.key());
         marks << QStringLiteral("?");
-        bind << it.value();
+        bind << forColumn(it.key(), it.value());
     }
     QString sql = names.isEmpty() ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(m_quotedTable)
                                   : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)").arg(m_quotedTable, names.join(u", "), marks.join(u", "));
@@ -264,11 +272,9 @@ bool RecordStore::isReadOnly()
         const QString sql = QStringLiteral("SELECT has_table_privilege(?, 'UPDATE') AND current_setting('transaction_read_only') = 'off'");
         return run(q, sql, {m_table}, &m_error) && q.next() && !q.value(0).toBool();
     }
-    // Asking for the write lock changes nothing, and a read-only file refuses it.
-    if (q.exec(QStringLiteral("BEGIN IMMEDIATE"))) {
-        q.exec(QStringLiteral("ROLLBACK"));
+    // A delete of no row changes nothing, and a read-only file refuses it.
+    if (q.exec(QStringLiteral("DELETE FROM %1 WHERE 1 = 0").arg(m_quotedTable)))
         return false;
-    }
     return (q.lastError().nativeErrorCode().toInt() & 0xff) == 8; // SQLITE_READONLY
 }
 

@@ -65,6 +65,7 @@ private:
     // "a = ? AND b IS NULL ...": the row holds what current() holds.
     QString unchangedClause(QVariantList &bind) const;
     Outcome notWritten();
+    QVariant forColumn(const QString &column, const QVariant &value) const;
 
     QSqlDatabase m_db;
     QString m_table, m_quotedTable, m_key, m_select;
