@@ -5,6 +5,7 @@
 #include "platform/variant.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QMetaProperty>
 
 namespace kel::kelform {
@@ -53,6 +54,22 @@ QVariant dateTimeToCell(QWidget *editor, const Variant &v)
     return plain.value<QDate>().toString(Qt::ISODate);
 }
 
+// A record move sets them on every control: looked up by name once per class.
+struct References {
+    QMetaProperty textSaved, textRaw, valueSaved;
+};
+
+const References &references(const QMetaObject *mo)
+{
+    static QHash<const QMetaObject *, References> known;
+    auto it = known.find(mo);
+    if (it == known.end()) {
+        auto find = [mo](const char *name) { return mo->property(mo->indexOfProperty(name)); };
+        it = known.insert(mo, {find("TextSaved"), find("TextRaw"), find("ValueSaved")});
+    }
+    return *it;
+}
+
 } // namespace
 
 QVariant cellValue(QWidget *editor)
@@ -84,12 +101,11 @@ void showCell(QWidget *editor, const QVariant &cell)
         user.write(editor, cell.isNull() ? QVariant(user.metaType()) : cell);
     // The record as loaded is what ChangedSaved measures against. The references are set from
     // what the control now holds, so a value it rounded or clamped does not count as a change.
-    if (editor->metaObject()->indexOfProperty("TextSaved") >= 0) {
-        const char *shown = editor->metaObject()->indexOfProperty("TextRaw") >= 0 ? "TextRaw" : user.name();
-        editor->setProperty("TextSaved", editor->property(shown));
-    }
-    if (editor->metaObject()->indexOfProperty("ValueSaved") >= 0)
-        editor->setProperty("ValueSaved", user.read(editor));
+    const References &refs = references(editor->metaObject());
+    if (refs.textSaved.isValid())
+        refs.textSaved.write(editor, (refs.textRaw.isValid() ? refs.textRaw : user).read(editor));
+    if (refs.valueSaved.isValid())
+        refs.valueSaved.write(editor, user.read(editor));
 }
 
 } // namespace kel::kelform

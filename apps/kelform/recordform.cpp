@@ -141,7 +141,7 @@ void RecordForm::openTable(const QSqlDatabase &db)
         const QString column = fieldName(c);
         if (!columns.contains(column))
             continue;
-        m_fields.append({c, column});
+        m_fields.append({c, column, columns.indexOf(column)});
         for (QWidget *w : c->findChildren<QWidget *>())
             if (w->focusPolicy() != Qt::NoFocus)
                 w->installEventFilter(this);
@@ -257,7 +257,7 @@ void RecordForm::showValues(const std::function<QVariant(const Field &)> &cell)
     for (const Field &f : std::as_const(m_fields))
         showCell(f.control, cell(f));
     m_loading = false;
-    refresh();
+    refresh(true);
 }
 
 void RecordForm::showDefaults()
@@ -271,7 +271,7 @@ void RecordForm::showDefaults()
 void RecordForm::showCurrent()
 {
     const QSqlRecord &record = m_store->current();
-    showValues([&record](const Field &f) { return record.value(f.column); });
+    showValues([&record](const Field &f) { return record.value(f.index); });
 }
 
 QVariantHash RecordForm::shownValues() const
@@ -547,10 +547,11 @@ QString RecordForm::positionText() const
 
 // Reads every control's ChangedSaved, which commits typed text in some fields: done when the
 // focus moves and after loading, never while the user types.
-void RecordForm::refresh()
+void RecordForm::refresh(bool justLoaded)
 {
+    // Freshly shown controls hold their saved references: nothing to read back.
     if (m_save)
-        m_save->setEnabled(!m_readOnly && changedSaved());
+        m_save->setEnabled(!m_readOnly && !justLoaded && changedSaved());
     m_position->setText(positionText());
 }
 

@@ -73,6 +73,7 @@ private:
     struct Field {
         QWidget *control;
         QString column;
+        int index; // in the store's records
     };
     enum class Move { First, Previous, Next, Last };
 
@@ -90,7 +91,7 @@ private:
     QVariantHash shownValues() const;
     bool insertShown();
     QString failure(const QString &what, const QSqlError &error) const;
-    void refresh();
+    void refresh(bool justLoaded = false);
     QString title() const;
     QString noun() const;
 
