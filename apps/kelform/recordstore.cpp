@@ -116,6 +116,20 @@ QString RecordStore::unchangedClause(QVariantList &bind) const
     return terms.join(QStringLiteral(" AND "));
 }
 
+// The written row as stored becomes the current one, and only then is the write committed.
+RecordStore::Outcome RecordStore::readBackAndCommit(const QVariant &key)
+{
+    const QSqlRecord shown = m_current;
+    if (!readBack(key) || !m_db.commit()) {
+        if (m_error.type() == QSqlError::NoError)
+            m_error = m_db.lastError();
+        m_db.rollback();
+        m_current = shown;
+        return Outcome::Failed;
+    }
+    return Outcome::Stored;
+}
+
 // Nothing was written: tell a row someone changed from one someone deleted.
 RecordStore::Outcome RecordStore::notWritten()
 {
@@ -156,15 +170,7 @@ RecordStore::Outcome RecordStore::update(const QVariantHash &values)
         return notWritten();
     }
     q.finish();
-    const QSqlRecord shown = m_current;
-    if (!readBack(key) || !m_db.commit()) {
-        if (m_error.type() == QSqlError::NoError)
-            m_error = m_db.lastError();
-        m_db.rollback();
-        m_current = shown;
-        return Outcome::Failed;
-    }
-    return Outcome::Stored;
+    return readBackAndCommit(key);
 }
 
 RecordStore::Outcome RecordStore::insert(const QVariantHash &values)
@@ -199,15 +205,7 @@ RecordStore::Outcome RecordStore::insert(const QVariantHash &values)
     else if (key.isNull())
         key = q.lastInsertId();
     q.finish();
-    const QSqlRecord shown = m_current;
-    if (!readBack(key) || !m_db.commit()) {
-        if (m_error.type() == QSqlError::NoError)
-            m_error = m_db.lastError();
-        m_db.rollback();
-        m_current = shown;
-        return Outcome::Failed;
-    }
-    return Outcome::Stored;
+    return readBackAndCommit(key);
 }
 
 RecordStore::Outcome RecordStore::remove()

@@ -61,6 +61,7 @@ public:
 private:
     bool load(const QString &where, const QString &order, const QVariant &bound);
     bool readBack(const QVariant &key);
+    Outcome readBackAndCommit(const QVariant &key);
     QString quoted(const QString &column) const;
     // "a = ? AND b IS NULL ...": the row holds what current() holds.
     QString unchangedClause(QVariantList &bind) const;

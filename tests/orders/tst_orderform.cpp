@@ -4,7 +4,7 @@
 #include "recordform.h"
 
 #include "controls/progress/kelprogressbar.h"
-#include "kelfixture.h"
+#include "answering.h"
 
 #include <QAction>
 #include <QApplication>
@@ -16,16 +16,6 @@ using namespace kel;
 using namespace kel::kelform;
 
 namespace {
-
-// Records every box and answers the ones with a choice as told.
-struct AnsweringServices : RecordingServices {
-    int answer = 2; // Cancel
-    int MsgBox(const QString &prompt, int style, const QString &title) override
-    {
-        RecordingServices::MsgBox(prompt, style, title);
-        return (style & 7) ? answer : 1;
-    }
-};
 
 QWidget *focused() { return QApplication::focusWidget(); }
 
@@ -60,7 +50,7 @@ QStringList firstRow(const QString &sql)
 class TestOrderForm : public QObject
 {
     Q_OBJECT
-    AnsweringServices *m_services = nullptr;
+    test::AnsweringServices *m_services = nullptr;
     QTemporaryDir m_dir;
     std::unique_ptr<RecordForm> m_form;
 
@@ -107,11 +97,7 @@ private slots:
     void initTestCase() { QVERIFY(m_dir.isValid()); }
     void init()
     {
-        auto s = std::make_unique<AnsweringServices>();
-        m_services = s.get();
-        m_services->now = QDateTime::currentDateTime();
-        setServices(std::move(s));
-        test::useRuntime();
+        m_services = test::answerBoxes();
         QFile::remove(dbFile());
         open();
     }
