@@ -4,10 +4,12 @@
 #include "formdatabase.h"
 #include "formloader.h"
 #include "recordform.h"
+#include "runform.h"
 
 #include "answering.h"
 
 #include <QAction>
+#include <QCommandLineParser>
 #include <QCryptographicHash>
 #include <QLabel>
 #include <QProcess>
@@ -382,6 +384,16 @@ private slots:
         QVERIFY(!openDatabase(junk, &error, {u"b"_qs}).isOpen());
         QVERIFY2(error.startsWith(junk + u" is not a database kelform can open: it is damaged or not a SQLite file. It was left as it was."_qs),
                  qPrintable(error));
+        QCOMPARE(digest(junk), junkBefore);
+
+        // kelform says it in a dialog, not only on standard error.
+        QCommandLineParser cli;
+        addFormOptions(cli);
+        QVERIFY(cli.parse({u"kelform"_qs, u"--db"_qs, junk}));
+        m_services->boxes.clear();
+        QCOMPARE(runForm(cli), 1);
+        QCOMPARE(m_services->boxes.size(), size_t(1));
+        QVERIFY(m_services->boxes.front().prompt.startsWith(junk + u" is not a database"_qs));
         QCOMPARE(digest(junk), junkBefore);
     }
 };
