@@ -73,14 +73,34 @@ bool RecordStore::load(const QString &where, const QString &order, const QVarian
     if (!order.isEmpty())
         sql += QStringLiteral(" ORDER BY %1 %2").arg(quoted(m_key), order);
     sql += QStringLiteral(" LIMIT 1");
-    QSqlQuery q(m_db);
-    if (!run(q, sql, where.isEmpty() ? QVariantList() : QVariantList{bound}, &m_error))
+    QSqlQuery *q = prepared(sql, where.isEmpty() ? QVariantList() : QVariantList{bound}, &m_error);
+    if (!q)
         return false;
     m_error = QSqlError();
-    if (!q.next())
-        return false;
-    m_current = q.record();
-    return true;
+    const bool found = q->next();
+    if (found)
+        m_current = q->record();
+    // A statement left open would hold SQLite's read lock against other users' saves.
+    q->finish();
+    return found;
+}
+
+// The reads a record move makes are prepared once: parsing a statement of many columns, or a
+// round trip to the server, costs more than running it.
+QSqlQuery *RecordStore::prepared(const QString &sql, const QVariantList &bind, QSqlError *error) const
+{
+    auto it = m_prepared.find(sql);
+    if (it != m_prepared.end()) {
+        for (qsizetype i = 0; i < bind.size(); ++i)
+            it->second.bindValue(int(i), bind[i]);
+        if (it->second.exec())
+            return &it->second;
+        m_prepared.erase(it); // the connection was reopened, or the table changed
+    }
+    QSqlQuery q(m_db);
+    if (!run(q, sql, bind, error))
+        return nullptr;
+    return &m_prepared.insert_or_assign(sql, q).first->second;
 }
 
 bool RecordStore::first() { return load(QString(), QStringLiteral("ASC"), {}); }
@@ -232,14 +252,14 @@ RecordStore::Outcome RecordStore::remove()
 RecordStore::Position RecordStore::position(int limit) const
 {
     auto countUpTo = [&](const QString &where, const QVariantList &bind) -> qint64 {
-        QSqlQuery q(m_db);
         QSqlError ignored;
         const QString sql = QStringLiteral("SELECT count(*) FROM (SELECT 1 FROM %1%2 LIMIT %3) AS capped")
                                 .arg(m_quotedTable, where)
                                 .arg(limit + 1);
-        if (!run(q, sql, bind, &ignored) || !q.next())
-            return 0;
-        const qint64 n = q.value(0).toLongLong();
+        QSqlQuery *q = prepared(sql, bind, &ignored);
+        const qint64 n = q && q->next() ? q->value(0).toLongLong() : 0;
+        if (q)
+            q->finish();
         return n > limit ? 0 : n;
     };
     Position p;

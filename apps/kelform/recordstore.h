@@ -4,7 +4,10 @@
 // update or delete only touches the row when it still holds what was shown.
 #include <QSqlDatabase>
 #include <QSqlError>
+#include <QSqlQuery>
 #include <QSqlRecord>
+
+#include <map>
 
 namespace kel::kelform {
 
@@ -60,6 +63,7 @@ public:
 
 private:
     bool load(const QString &where, const QString &order, const QVariant &bound);
+    QSqlQuery *prepared(const QString &sql, const QVariantList &bind, QSqlError *error) const;
     bool readBack(const QVariant &key);
     Outcome readBackAndCommit(const QVariant &key);
     QString quoted(const QString &column) const;
@@ -73,6 +77,7 @@ private:
     QSqlRecord m_columns;
     QSqlRecord m_current;
     QSqlError m_error;
+    mutable std::map<QString, QSqlQuery> m_prepared;
 };
 
 } // namespace kel::kelform
