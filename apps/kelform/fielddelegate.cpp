@@ -5,6 +5,7 @@
 #include "platform/variant.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QMetaProperty>
 
 namespace kel::kelform {
@@ -30,6 +31,9 @@ void showTag(KelCombo *combo, const QVariant &cell)
 // user's regional order; they go in as QDate/QTime instead, and NULL as a Null value.
 QVariant dateTimeFromCell(QWidget *editor, const QVariant &cell)
 {
+    // PostgreSQL's date and time columns arrive typed.
+    if (!cell.isNull() && (cell.metaType() == QMetaType::fromType<QDate>() || cell.metaType() == QMetaType::fromType<QTime>()))
+        return cell;
     const QString text = cell.isNull() ? QString() : cell.toString();
     if (qobject_cast<KelTime *>(editor)) {
         if (const QTime t = QTime::fromString(text, Qt::ISODate); t.isValid())
@@ -48,6 +52,22 @@ QVariant dateTimeToCell(QWidget *editor, const Variant &v)
     if (qobject_cast<KelTime *>(editor))
         return plain.value<QTime>().toString(QStringLiteral("HH:mm:ss"));
     return plain.value<QDate>().toString(Qt::ISODate);
+}
+
+// A record move sets them on every control: looked up by name once per class.
+struct References {
+    QMetaProperty textSaved, textRaw, valueSaved;
+};
+
+const References &references(const QMetaObject *mo)
+{
+    static QHash<const QMetaObject *, References> known;
+    auto it = known.find(mo);
+    if (it == known.end()) {
+        auto find = [mo](const char *name) { return mo->property(mo->indexOfProperty(name)); };
+        it = known.insert(mo, {find("TextSaved"), find("TextRaw"), find("ValueSaved")});
+    }
+    return *it;
 }
 
 } // namespace
@@ -81,22 +101,11 @@ void showCell(QWidget *editor, const QVariant &cell)
         user.write(editor, cell.isNull() ? QVariant(user.metaType()) : cell);
     // The record as loaded is what ChangedSaved measures against. The references are set from
     // what the control now holds, so a value it rounded or clamped does not count as a change.
-    if (editor->metaObject()->indexOfProperty("TextSaved") >= 0) {
-        const char *shown = editor->metaObject()->indexOfProperty("TextRaw") >= 0 ? "TextRaw" : user.name();
-        editor->setProperty("TextSaved", editor->property(shown));
-    }
-    if (editor->metaObject()->indexOfProperty("ValueSaved") >= 0)
-        editor->setProperty("ValueSaved", user.read(editor));
-}
-
-void FieldDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
-{
-    showCell(editor, index.data(Qt::EditRole));
-}
-
-void FieldDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
-{
-    model->setData(index, cellValue(editor), Qt::EditRole);
+    const References &refs = references(editor->metaObject());
+    if (refs.textSaved.isValid())
+        refs.textSaved.write(editor, (refs.textRaw.isValid() ? refs.textRaw : user).read(editor));
+    if (refs.valueSaved.isValid())
+        refs.valueSaved.write(editor, user.read(editor));
 }
 
 } // namespace kel::kelform

@@ -1,19 +1,10 @@
 #pragma once
-// Carries values between database cells and the controls' USER properties for
-// QDataWidgetMapper.
-#include <QStyledItemDelegate>
+// Carries values between database cells and the controls' USER properties.
+#include <QVariant>
+
+class QWidget;
 
 namespace kel::kelform {
-
-class FieldDelegate : public QStyledItemDelegate
-{
-    Q_OBJECT
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    void setEditorData(QWidget *editor, const QModelIndex &index) const override;
-    void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
-};
 
 /// What `editor` shows, as a plain value a database column takes (NULL for no date or no item).
 QVariant cellValue(QWidget *editor);

@@ -1,24 +1,63 @@
 #include "formdatabase.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStandardPaths>
+#include <QUrl>
+#include <QUrlQuery>
 
 namespace kel::kelform {
+
+namespace {
+
+QString tr(const char *text) { return QCoreApplication::translate("FormDatabase", text); }
+
+bool isUrl(const QString &where)
+{
+    return where.startsWith(QLatin1String("postgresql://")) || where.startsWith(QLatin1String("postgres://"));
+}
+
+// Host, port, user and database from the URL; a "host" query item names a socket folder, as
+// libpq reads it.
+bool configurePostgres(QSqlDatabase &db, const QString &where, const DatabaseOptions &options, QString *error)
+{
+    const QUrl url(where);
+    if (!url.isValid() || url.path().size() < 2) {
+        *error = tr("%1 is not a database address of the form postgresql://user@host:port/dbname").arg(where);
+        return false;
+    }
+    if (!url.password().isEmpty()) {
+        *error = tr("A password does not belong on the command line: put it in ~/.pgpass or PGPASSWORD.");
+        return false;
+    }
+    const QUrlQuery query(url);
+    const QString host = query.hasQueryItem(QStringLiteral("host")) ? query.queryItemValue(QStringLiteral("host"), QUrl::FullyDecoded) : url.host();
+    db.setHostName(host);
+    if (url.port() > 0)
+        db.setPort(url.port());
+    db.setUserName(url.userName());
+    db.setDatabaseName(url.path().mid(1));
+    db.setConnectOptions(QStringLiteral("connect_timeout=10;application_name=kelform;options='-c lock_timeout=%1'").arg(options.waitMs));
+    return true;
+}
+
+} // namespace
 
 QString defaultDatabasePath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/orders.sqlite");
 }
 
-static bool createSchema(QSqlDatabase &db, QString *error)
+bool createSchema(QSqlDatabase &db, QString *error)
 {
-    QFile schema(QStringLiteral(":/orders/schema.sql"));
+    const bool postgres = db.driverName() == QLatin1String("QPSQL");
+    QFile schema(postgres ? QStringLiteral(":/orders/schema-postgresql.sql") : QStringLiteral(":/orders/schema.sql"));
     if (!schema.open(QIODevice::ReadOnly)) {
-        *error = QStringLiteral("the schema is missing from the program");
+        *error = tr("the schema is missing from the program");
         return false;
     }
     db.transaction();
@@ -41,24 +80,57 @@ static bool createSchema(QSqlDatabase &db, QString *error)
     return db.commit();
 }
 
-QSqlDatabase openDatabase(const QString &file, QString *error)
+QSqlDatabase openDatabase(const QString &where, QString *error, const DatabaseOptions &options)
 {
-    QSqlDatabase db = QSqlDatabase::contains() ? QSqlDatabase::database(QLatin1String(QSqlDatabase::defaultConnection), false)
-                                               : QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
-    db.close();
+    const bool postgres = isUrl(where);
+    const QString driver = postgres ? QStringLiteral("QPSQL") : QStringLiteral("QSQLITE");
+    if (QSqlDatabase::contains(options.connection)) {
+        QSqlDatabase old = QSqlDatabase::database(options.connection, false);
+        old.close();
+        if (old.driverName() != driver) {
+            old = QSqlDatabase();
+            QSqlDatabase::removeDatabase(options.connection);
+        }
+    }
+    QSqlDatabase db = QSqlDatabase::contains(options.connection) ? QSqlDatabase::database(options.connection, false)
+                                                                 : QSqlDatabase::addDatabase(driver, options.connection);
     if (!db.isValid()) {
-        *error = QStringLiteral("the QSQLITE driver is not installed");
+        *error = postgres ? tr("PostgreSQL's Qt driver is not installed (Debian package libqt6sql6-psql)")
+                          : tr("SQLite's Qt driver is not installed (Debian package libqt6sql6-sqlite)");
         return db;
     }
-    QDir().mkpath(QFileInfo(file).absolutePath());
-    db.setDatabaseName(file);
+    if (postgres) {
+        if (!configurePostgres(db, where, options, error))
+            return db;
+    } else {
+        QDir().mkpath(QFileInfo(where).absolutePath());
+        db.setDatabaseName(where);
+        QStringList connect{QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(options.waitMs)};
+        // A file this user may not write is opened read-only rather than failing at the first save.
+        if (options.readOnly || (QFileInfo::exists(where) && !QFileInfo(where).isWritable()))
+            connect << QStringLiteral("QSQLITE_OPEN_READONLY");
+        db.setConnectOptions(connect.join(u';'));
+    }
     if (!db.open()) {
-        *error = QStringLiteral("%1: %2").arg(file, db.lastError().text());
+        *error = tr("%1 could not be opened: %2").arg(where, db.lastError().text());
         return db;
     }
-    QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
+    QSqlQuery q(db);
+    if (!postgres) {
+        // SQLite opens any file; the first read tells a database from a damaged or foreign file,
+        // and nothing is written before it.
+        if (!q.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")) || !q.next()) {
+            *error = tr("%1 is not a database kelform can open: it is damaged or not a SQLite file. It was left as it was.").arg(where)
+                     + QStringLiteral("\n\n") + tr("Details: %1").arg(q.lastError().text());
+            q = QSqlQuery();
+            db.close();
+            return db;
+        }
+        q.exec(QStringLiteral("PRAGMA foreign_keys = ON"));
+    }
     if (db.tables().isEmpty() && !createSchema(db, error)) {
-        *error = QStringLiteral("%1: %2").arg(file, *error);
+        *error = tr("%1: the example's tables could not be made: %2").arg(where, *error);
+        q = QSqlQuery();
         db.close();
     }
     return db;

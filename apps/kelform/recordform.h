@@ -2,14 +2,17 @@
 // A loaded form in a window with record navigation: when the form names a table (its dynamic
 // property "table"), each control whose object name (or dynamic property "field") is a column of
 // it shows that column of the current record.
-#include <QDataWidgetMapper>
+#include "recordstore.h"
+
 #include <QSqlDatabase>
 #include <QWidget>
+
+#include <functional>
+#include <memory>
 
 class QAction;
 class QLabel;
 class QMenuBar;
-class QSqlTableModel;
 class QToolBar;
 
 namespace kel::kelform {
@@ -24,38 +27,44 @@ public:
 
     QWidget *form() const { return m_form; }
     /// The form names a table that could be opened.
-    bool hasTable() const { return m_model != nullptr; }
+    bool hasTable() const { return m_store != nullptr; }
     /// Why the table could not be opened, or "".
     QString tableError() const { return m_tableError; }
-    int rowCount() const;
-    /// The row shown, -1 when none.
-    int currentRow() const { return m_mapper.currentIndex(); }
+    /// The database refuses changes: the form only shows records.
+    bool isReadOnly() const { return m_readOnly; }
+    /// The key of the record shown, invalid when none or a new one.
+    QVariant currentKey() const;
+    /// "Record n of N", "New record", ...
+    QString positionText() const;
     /// A control of the form differs from what was last loaded or stored.
     bool changedSaved() const;
 
-    /// Moves to `row`, first asking whether to save a changed record. False when it stayed.
-    bool goTo(int row);
-    bool first() { return goTo(0); }
-    bool previous() { return goTo(currentRow() - 1); }
-    bool next() { return goTo(currentRow() + 1); }
-    bool last() { return goTo(rowCount() - 1); }
+    /// Each moves to the record it names, first asking whether to save a changed record.
+    /// False when it stayed.
+    bool first();
+    bool previous();
+    bool next();
+    bool last();
     /// Shows a new record with the fields' defaults; it is stored by save().
     bool newRecord();
     /// Asks every control Valid(True) in tab order, stops at the first invalid one, otherwise
-    /// stores the record. False when nothing was stored.
+    /// stores the record. False when nothing was stored; the form then still holds the edits.
     bool save();
     /// Shows the record as last stored again.
     void revert();
     /// Deletes the record shown, after asking.
     bool deleteRecord();
-    /// Runs the form's batch statement (dynamic property "batch", with :id) for every record,
-    /// feeding the form's progress bar. False when the form has none or it failed.
+    /// Runs the form's batch statement (dynamic property "batch", with :id) for every record in
+    /// one transaction, feeding the form's progress bar. False when the form has none or it failed.
     bool runBatch();
 
     QAction *saveAction() const { return m_save; }
     QAction *revertAction() const { return m_revert; }
     /// The window's menu bar, made on first use.
     QMenuBar *menuBar();
+
+    /// Up to how many records "Record n of N" is counted; beyond, the position is not counted.
+    static constexpr int CountLimit = 1000;
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -65,25 +74,38 @@ private slots:
     void controlChanged();
 
 private:
+    struct Field {
+        QWidget *control;
+        QString column;
+        int index; // in the store's records
+    };
+    enum class Move { First, Previous, Next, Last };
+
     void openTable(const QSqlDatabase &db);
     void addActions();
     void fillLists(const QSqlDatabase &db);
     void setDateRanges();
+    void setReadOnly();
+    bool move(Move to);
     bool leaveRecord();
     bool validAll();
-    void showRow(int row);
-    void discardNew();
-    int keyColumn() const;
-    int rowOfId(const QVariant &id);
-    void refresh();
+    void showCurrent();
+    void showDefaults();
+    void showValues(const std::function<QVariant(const Field &)> &cell);
+    QVariantHash shownValues() const;
+    bool insertShown();
+    QString failure(const QString &what, const QSqlError &error) const;
+    void refresh(bool justLoaded = false);
     QString title() const;
+    QString noun() const;
 
     QWidget *m_form;
     QToolBar *m_tools;
+    QLabel *m_banner;
     QLabel *m_position;
-    QSqlTableModel *m_model = nullptr;
-    QDataWidgetMapper m_mapper;
+    std::unique_ptr<RecordStore> m_store;
     QList<QWidget *> m_controls; // tab order
+    QList<Field> m_fields;       // the controls that show a column
     QString m_tableError;
     QAction *m_save = nullptr;
     QAction *m_revert = nullptr;
@@ -91,6 +113,7 @@ private:
     QList<QAction *> m_recordActions;
     bool m_loading = false;
     bool m_newRow = false;
+    bool m_readOnly = false;
 };
 
 } // namespace kel::kelform

@@ -5,6 +5,8 @@
 #include "recordform.h"
 #include "library/translations.h"
 
+#include "platform/services.h"
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -39,7 +41,10 @@ void installTranslations()
 
 void addFormOptions(QCommandLineParser &cli)
 {
-    cli.addOption({QStringLiteral("db"), QCoreApplication::translate("kelform", "Use the database <file> instead of the one in the application data folder."), QStringLiteral("file")});
+    cli.addOption({QStringLiteral("db"),
+                   QCoreApplication::translate("kelform", "Use the SQLite file <db> instead of the one in the application data folder, or the PostgreSQL "
+                                                          "server postgresql://user@host:port/dbname (password from PGPASSWORD or ~/.pgpass)."),
+                   QStringLiteral("db")});
     cli.addOption({{QStringLiteral("screenshot"), QStringLiteral("png")}, QCoreApplication::translate("kelform", "Render the form (or the gallery) to the PNG <file> and exit; no window opens."), QStringLiteral("file")});
     cli.addOption({QStringLiteral("dump"), QCoreApplication::translate("kelform", "Print every control's persisted properties and exit.")});
     cli.addPositionalArgument(QStringLiteral("form"), QCoreApplication::translate("kelform", "The .ui form to run (default: the order-entry example)."), QStringLiteral("[form.ui]"));
@@ -88,13 +93,19 @@ int runForm(const QCommandLineParser &cli)
         db = openDatabase(dbFile, &error);
         if (!db.isOpen()) {
             complain(error);
+            // Said in a dialog too: started from a desktop, nobody reads standard error.
+            if (screenshotFile(cli).isEmpty())
+                services().MsgBox(error, 16, QApplication::applicationName());
             delete form;
             return BadInput;
         }
     }
     RecordForm window(form, db);
-    if (!window.tableError().isEmpty())
+    if (!window.tableError().isEmpty()) {
         complain(window.tableError());
+        if (screenshotFile(cli).isEmpty())
+            services().MsgBox(window.tableError(), 16, QApplication::applicationName());
+    }
     if (const QString png = screenshotFile(cli); !png.isEmpty())
         return saveScreenshot(&window, png);
     window.show();
