@@ -6,6 +6,7 @@
 #include "platform/propertybag.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace kel::kelform {
 
@@ -16,8 +17,10 @@ FormLoader::FormLoader(QObject *parent) : QUiLoader(parent)
 
 QWidget *FormLoader::createWidget(const QString &className, QWidget *parent, const QString &name)
 {
-    if (ClassFactory::classNames().contains(className)) {
-        QObject *made = ClassFactory::create(className, parent);
+    // Designer's plugin names the classes with their namespace ("kel::KelText").
+    const QString bare = className.startsWith(QStringLiteral("kel::")) ? className.mid(5) : className;
+    if (ClassFactory::classNames().contains(bare)) {
+        QObject *made = ClassFactory::create(bare, parent);
         if (auto *control = qobject_cast<UserControl *>(made)) {
             control->setObjectName(name);
             // A form file is a saved form: the container reads its properties (all defaults
@@ -38,6 +41,8 @@ QWidget *FormLoader::loadFile(const QString &file, QWidget *parent, QString *err
         *error = QStringLiteral("%1: %2").arg(file, f.errorString());
         return nullptr;
     }
+    // Pictures a form names are beside it.
+    setWorkingDirectory(QFileInfo(file).absoluteDir());
     QWidget *form = load(&f, parent);
     if (!form)
         *error = QStringLiteral("%1: %2").arg(file, errorString());

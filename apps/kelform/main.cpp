@@ -1,5 +1,6 @@
 // kelform: the demo host. Runs a .ui form (the order-entry example by default) against its
 // database; --gallery shows every control instead, and with --png FILE renders it to FILE.
+#include "classicform.h"
 #include "demoform.h"
 #include "runform.h"
 
@@ -23,7 +24,10 @@ int main(int argc, char **argv)
     const QCommandLineOption gallery(QStringLiteral("gallery"), QStringLiteral("Show the gallery of every control."));
     cli.addOption(gallery);
     kel::kelform::addFormOptions(cli);
+    kel::kelform::addClassicOptions(cli);
     cli.process(app);
+    if (int rc = 0; kel::kelform::runClassic(cli, &rc))
+        return rc;
     if (!cli.isSet(gallery) && !cli.isSet(png))
         return kel::kelform::runForm(cli);
 
