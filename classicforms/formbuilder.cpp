@@ -133,6 +133,8 @@ public:
 private:
     bool fail(const Problem &p) { *m_error = p; return false; }
     const FrxFile *frx(const FrmProperty &p);
+    // Reads one record of the .frx the property names; a record cut short is noted, not refused.
+    template<class Read> bool fromFrx(const FrmProperty &p, Read read);
     bool text(const FrmProperty &p, QString *out);
     bool list(const FrmProperty &p, QStringList *out);
     bool picture(const FrmControl &c, const FrmProperty &p, QPixmap *out);
@@ -142,6 +144,7 @@ private:
     {
         auto *w = new W(parent);
         w->setObjectName(widgetName(c));
+        m_out->carried[w]; // written to the .ui even when it carries nothing but its geometry
         return w;
     }
     void carry(QObject *w, const char *name, const QVariant &value)
@@ -185,21 +188,28 @@ const FrxFile *Builder::frx(const FrmProperty &p)
     return &m_frx.emplace(key, FrxFile(p.frx->file, file.readAll(), m_options.codePage)).first->second;
 }
 
-// A string from the line, or from the .frx in either of its two string records.
-bool Builder::text(const FrmProperty &p, QString *out)
+template<class Read>
+bool Builder::fromFrx(const FrmProperty &p, Read read)
 {
-    if (!p.frx) {
-        *out = p.quoted ? p.value : p.value;
-        return true;
-    }
     const FrxFile *f = frx(p);
     if (!f)
         return false;
     Problem damage;
-    const bool ok = p.frx->dollar ? f->readLongString(p.frx->offset, out, m_error, &damage)
-                                  : f->readShortString(p.frx->offset, out, m_error, &damage);
+    const bool ok = read(*f, p.frx->offset, &damage);
     noteDamage(damage);
     return ok;
+}
+
+// A string from the line, or from the .frx in either of its two string records.
+bool Builder::text(const FrmProperty &p, QString *out)
+{
+    if (!p.frx) {
+        *out = p.value;
+        return true;
+    }
+    return fromFrx(p, [&](const FrxFile &f, quint32 offset, Problem *damage) {
+        return p.frx->dollar ? f.readLongString(offset, out, m_error, damage) : f.readShortString(offset, out, m_error, damage);
+    });
 }
 
 bool Builder::list(const FrmProperty &p, QStringList *out)
@@ -208,13 +218,7 @@ bool Builder::list(const FrmProperty &p, QStringList *out)
         *out = p.value.split(u'\n');
         return true;
     }
-    const FrxFile *f = frx(p);
-    if (!f)
-        return false;
-    Problem damage;
-    const bool ok = f->readList(p.frx->offset, out, m_error, &damage);
-    noteDamage(damage);
-    return ok;
+    return fromFrx(p, [&](const FrxFile &f, quint32 offset, Problem *damage) { return f.readList(offset, out, m_error, damage); });
 }
 
 bool Builder::picture(const FrmControl &c, const FrmProperty &p, QPixmap *out)
@@ -223,14 +227,9 @@ bool Builder::picture(const FrmControl &c, const FrmProperty &p, QPixmap *out)
         m_out->report.notCarried.append({p.line, tr("%1.%2: a picture not in the .frx").arg(c.name, p.name)});
         return true;
     }
-    const FrxFile *f = frx(p);
-    if (!f)
-        return false;
     QByteArray bytes;
-    Problem damage;
-    if (!f->readPicture(p.frx->offset, &bytes, m_error, &damage))
+    if (!fromFrx(p, [&](const FrxFile &f, quint32 offset, Problem *damage) { return f.readPicture(offset, &bytes, m_error, damage); }))
         return false;
-    noteDamage(damage);
     if (bytes.isEmpty())
         return true;
     const QImage image = QImage::fromData(bytes);
@@ -260,11 +259,8 @@ bool Builder::font(Block &b, QWidget *w)
         return true;
     QFont font;
     if (f->frx) {
-        const FrxFile *file = frx(*f);
-        Problem damage;
-        if (!file || !file->readFont(f->frx->offset, &font, m_error, &damage))
+        if (!fromFrx(*f, [&](const FrxFile &file, quint32 offset, Problem *damage) { return file.readFont(offset, &font, m_error, damage); }))
             return false;
-        noteDamage(damage);
     } else {
         auto get = [&](const char *name) { return f->find(QString::fromLatin1(name)); };
         if (const FrmProperty *n = get("Name"))
@@ -329,10 +325,14 @@ void Builder::hostProperties(Block &b, QWidget *w, QWidget *parent)
         carry(w, "Index", int(*index));
     if (!b.boolean(QStringLiteral("Visible"), true))
         carry(w, "visible", false);
-    if (!b.boolean(QStringLiteral("Enabled"), true))
+    // The library's controls keep Enabled in their own property bag.
+    if (!qobject_cast<UserControl *>(w) && !b.boolean(QStringLiteral("Enabled"), true))
         carry(w, "enabled", false);
     const bool tabStop = b.boolean(QStringLiteral("TabStop"), true);
-    if (const auto tab = b.number(QStringLiteral("TabIndex")); tab && tabStop && w->focusPolicy() != Qt::NoFocus)
+    // The library's controls take the focus in a child widget, their focus proxy; Qt leaves a
+    // widget that takes no focus out of the tab order.
+    const QWidget *focus = w->focusProxy() ? w->focusProxy() : w;
+    if (const auto tab = b.number(QStringLiteral("TabIndex")); tab && tabStop && (focus->focusPolicy() & Qt::TabFocus))
         m_tabs.emplace(int(*tab), w);
     if (!tabStop && w->focusPolicy() & Qt::TabFocus)
         carry(w, "focusPolicy", QVariant::fromValue(Qt::ClickFocus));
@@ -357,6 +357,7 @@ bool Builder::ours(const FrmControl &c, QWidget *parent)
         return fail({m_form.file, c.line, -1, tr("%1 is not a control").arg(c.qualifiedClass())});
     }
     control->setObjectName(widgetName(c));
+    m_out->carried[control];
     Block b(c);
     hostProperties(b, control, parent);
     QSet<QString> persisted;
@@ -496,10 +497,11 @@ bool Builder::stock(const FrmControl &c, QWidget *parent, const Scale &scale)
             QString value;
             if (const FrmProperty *p = b.take(QStringLiteral("Text")); p && !text(*p, &value))
                 return false;
-            if (style != 2)
+            // The index, not the text: Designer's loaders set it after the items.
+            const int index = style == 2 ? -1 : int(items.indexOf(value));
+            carry(box, "currentIndex", index);
+            if (index < 0 && !value.isEmpty())
                 carry(box, "currentText", value);
-            else
-                carry(box, "currentIndex", -1);
         } else {
             auto *box = make<QListWidget>(parent, c);
             w = box;
@@ -661,8 +663,20 @@ bool Builder::children(const FrmControl &c, QWidget *container, const Scale &sca
         if (sw != 0 && sh != 0)
             own = {w / sw, h / sh};
     }
+    // Made in tab order, so that the focus chain follows TabIndex: the library's controls take
+    // no focus themselves, and Qt's setTabOrder (Designer's tab stops too) passes them over.
+    // Controls without a TabIndex (lines, shapes, images) go first, beneath the others, where
+    // the classic form draws them.
+    QList<const FrmControl *> ordered;
     for (const FrmControl &child : c.children)
-        if (!control(child, container, own))
+        ordered.append(&child);
+    const auto tabIndex = [](const FrmControl *k) {
+        const FrmProperty *p = k->find(QStringLiteral("TabIndex"));
+        return p ? numberOf(*p).value_or(-1) : -1;
+    };
+    std::stable_sort(ordered.begin(), ordered.end(), [&](const FrmControl *a, const FrmControl *b) { return tabIndex(a) < tabIndex(b); });
+    for (const FrmControl *child : ordered)
+        if (!control(*child, container, own))
             return false;
     return true;
 }
@@ -788,6 +802,10 @@ bool Builder::build()
         m_out->tabOrder.append(it->second);
     for (qsizetype i = 1; i < m_out->tabOrder.size(); ++i)
         QWidget::setTabOrder(m_out->tabOrder[i - 1], m_out->tabOrder[i]);
+    // Escape clicks the cancel button, as on the classic form.
+    for (QPushButton *button : window->findChildren<QPushButton *>())
+        if (button->property("Cancel").toBool())
+            QObject::connect(new QShortcut(QKeySequence(Qt::Key_Escape), window), &QShortcut::activated, button, &QPushButton::click);
     m_out->report.events = m_form.events;
     std::sort(m_out->report.notCarried.begin(), m_out->report.notCarried.end(), [](const auto &a, const auto &b) { return a.line < b.line; });
     return true;

@@ -40,7 +40,7 @@ public:
     {
         const quint64 have = std::min<quint64>(length, quint64(m_frx.m_data.size()) - std::min<quint64>(m_pos, m_frx.m_data.size()));
         if (have < length && !m_short)
-            m_short = QStringLiteral("record declares %1 bytes, the file holds %2").arg(length).arg(have);
+            m_short = tr("record declares %1 bytes, the file holds %2").arg(length).arg(have);
         const QByteArrayView out(m_frx.m_data.constData() + std::min<quint64>(m_pos, m_frx.m_data.size()), qsizetype(have));
         m_pos += length;
         return out;

@@ -42,6 +42,7 @@ private:
     void value(const QVariant &v, const QMetaProperty &meta);
     void ourProperties(const UserControl *c);
     QString image(const QObject *o, const QPixmap &pixmap);
+    void numbers(std::initializer_list<std::pair<QString, int>> fields);
     void rect(const QRect &r);
     void color(const QColor &c);
     void actions(const QWidget *w);
@@ -53,13 +54,16 @@ private:
     QSet<QString> m_customClasses;
 };
 
+void Writer::numbers(std::initializer_list<std::pair<QString, int>> fields)
+{
+    for (const auto &[name, value] : fields)
+        m_xml.writeTextElement(name, QString::number(value));
+}
+
 void Writer::rect(const QRect &r)
 {
     m_xml.writeStartElement(u"rect"_s);
-    m_xml.writeTextElement(u"x"_s, QString::number(r.x()));
-    m_xml.writeTextElement(u"y"_s, QString::number(r.y()));
-    m_xml.writeTextElement(u"width"_s, QString::number(r.width()));
-    m_xml.writeTextElement(u"height"_s, QString::number(r.height()));
+    numbers({{u"x"_s, r.x()}, {u"y"_s, r.y()}, {u"width"_s, r.width()}, {u"height"_s, r.height()}});
     m_xml.writeEndElement();
 }
 
@@ -67,9 +71,7 @@ void Writer::color(const QColor &c)
 {
     m_xml.writeStartElement(u"color"_s);
     m_xml.writeAttribute(u"alpha"_s, QString::number(c.alpha()));
-    m_xml.writeTextElement(u"red"_s, QString::number(c.red()));
-    m_xml.writeTextElement(u"green"_s, QString::number(c.green()));
-    m_xml.writeTextElement(u"blue"_s, QString::number(c.blue()));
+    numbers({{u"red"_s, c.red()}, {u"green"_s, c.green()}, {u"blue"_s, c.blue()}});
     m_xml.writeEndElement();
 }
 
@@ -136,8 +138,7 @@ void Writer::value(const QVariant &v, const QMetaProperty &meta)
     }
     case QMetaType::QSize:
         m_xml.writeStartElement(u"size"_s);
-        m_xml.writeTextElement(u"width"_s, QString::number(v.toSize().width()));
-        m_xml.writeTextElement(u"height"_s, QString::number(v.toSize().height()));
+        numbers({{u"width"_s, v.toSize().width()}, {u"height"_s, v.toSize().height()}});
         m_xml.writeEndElement();
         return;
     case QMetaType::QKeySequence:
@@ -268,6 +269,7 @@ void Writer::widget(const QWidget *w, bool top)
 UiDocument Writer::write()
 {
     m_xml.setAutoFormatting(true);
+    m_xml.setAutoFormattingIndent(1);
     m_xml.writeStartDocument();
     m_xml.writeStartElement(u"ui"_s);
     m_xml.writeAttribute(u"version"_s, u"4.0"_s);
@@ -298,6 +300,9 @@ UiDocument Writer::write()
     }
     m_xml.writeEndElement();
     m_xml.writeEndDocument();
+    // A raw carriage return would reach the reader as a plain line feed (XML normalises line
+    // ends); the classic text keeps CR LF pairs, so every CR goes as a character reference.
+    m_doc.xml.replace(u'\r', u"&#13;"_s);
     return std::move(m_doc);
 }
 

@@ -6,6 +6,7 @@
 #include "platform/propertybag.h"
 
 #include <QFile>
+#include <QDir>
 #include <QFileInfo>
 
 namespace kel::kelform {

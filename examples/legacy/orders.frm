@@ -30,7 +30,7 @@ Begin VB.Form frmOrders
       Caption         =   "Cancel"
       Height          =   420
       Left            =   5880
-      TabIndex        =   12
+      TabIndex        =   15
       Top             =   5460
       Width           =   1200
    End
@@ -39,14 +39,14 @@ Begin VB.Form frmOrders
       Default         =   -1  'True
       Height          =   420
       Left            =   4560
-      TabIndex        =   11
+      TabIndex        =   14
       Top             =   5460
       Width           =   1200
    End
    Begin KelControls8.KelProgressBar batchProgress 
       Height          =   300
       Left            =   120
-      TabIndex        =   10
+      TabIndex        =   13
       Top             =   4980
       Width           =   6960
       ShowTime        =   -1  'True
@@ -55,7 +55,7 @@ Begin VB.Form frmOrders
       Caption         =   "Order"
       Height          =   3060
       Left            =   120
-      TabIndex        =   2
+      TabIndex        =   3
       Top             =   1800
       Width           =   6960
       Begin KelControls8.KelText notes 
@@ -63,7 +63,7 @@ Begin VB.Form frmOrders
          CaptionWidth    =   1500
          Height          =   780
          Left            =   120
-         TabIndex        =   9
+         TabIndex        =   12
          Top             =   2100
          Width           =   6720
          Mandatory       =   0   'False
@@ -74,7 +74,7 @@ Begin VB.Form frmOrders
          Caption         =   "Express"
          Height          =   300
          Left            =   4800
-         TabIndex        =   8
+         TabIndex        =   11
          Top             =   1320
          Width           =   1800
       End
@@ -82,7 +82,7 @@ Begin VB.Form frmOrders
          Caption         =   "Normal"
          Height          =   300
          Left            =   4800
-         TabIndex        =   7
+         TabIndex        =   10
          Top             =   960
          Width           =   1800
          Value           =   -1  'True
@@ -90,7 +90,7 @@ Begin VB.Form frmOrders
       Begin VB.ComboBox cboShip 
          Height          =   315
          Left            =   4800
-         TabIndex        =   6
+         TabIndex        =   9
          Top             =   540
          Width           =   1920
          List            =   "orders.frx":002B
@@ -107,7 +107,7 @@ Begin VB.Form frmOrders
          Caption         =   "Paid"
          Height          =   300
          Left            =   120
-         TabIndex        =   5
+         TabIndex        =   8
          Top             =   1680
          Width           =   2400
       End
@@ -118,7 +118,7 @@ Begin VB.Form frmOrders
          GroupDigits     =   -1  'True
          Height          =   300
          Left            =   120
-         TabIndex        =   4
+         TabIndex        =   7
          Top             =   1320
          Width           =   3900
          Mandatory       =   0   'False
@@ -133,7 +133,7 @@ Begin VB.Form frmOrders
          Decimals        =   0
          Height          =   300
          Left            =   120
-         TabIndex        =   3
+         TabIndex        =   6
          Top             =   960
          Width           =   3900
          MaxValue        =   99999
@@ -146,7 +146,7 @@ Begin VB.Form frmOrders
          Format          =   "hh:nn"
          Height          =   300
          Left            =   120
-         TabIndex        =   2
+         TabIndex        =   5
          Top             =   600
          Width           =   3300
          Mandatory       =   0   'False
@@ -157,7 +157,7 @@ Begin VB.Form frmOrders
          Format          =   "dd mmm yyyy"
          Height          =   300
          Left            =   120
-         TabIndex        =   1
+         TabIndex        =   4
          Top             =   240
          Width           =   3900
          Value           =   "15032026"
@@ -167,7 +167,7 @@ Begin VB.Form frmOrders
       Caption         =   "Customer"
       Height          =   1020
       Left            =   120
-      TabIndex        =   1
+      TabIndex        =   0
       Top             =   720
       Width           =   6960
       Begin KelControls8.KelCombo customer_id 
@@ -175,7 +175,7 @@ Begin VB.Form frmOrders
          CaptionWidth    =   1500
          Height          =   300
          Left            =   120
-         TabIndex        =   1
+         TabIndex        =   2
          Top             =   600
          Width           =   6720
          LimitToList     =   -1  'True
@@ -188,7 +188,7 @@ Begin VB.Form frmOrders
          CaptionWidth    =   1500
          Height          =   300
          Left            =   120
-         TabIndex        =   0
+         TabIndex        =   1
          Top             =   240
          Width           =   6720
          MaxLength       =   20

@@ -138,8 +138,8 @@ void TstFrmReader::frxRecords_data()
     QTest::newRow("list") << QByteArray("\x02\0\x02\0\x01\0a\x02\0bc", 11) << "list" << "windows-1252" << "a|bc" << "";
     QTest::newRow("empty list") << QByteArray("\0\0", 2) << "list" << "windows-1252" << "" << "";
     QTest::newRow("list of one-byte items") << QByteArray("\x02\0\x03\0\x01\0" "0\x01\0" "7", 10) << "list" << "windows-1252" << "0|7" << "";
-    QTest::newRow("cut short") << QByteArray("\x09\0\0\0abc", 7) << "long" << "windows-1252" << "abc" << "declares 9 bytes, the file holds 3";
-    QTest::newRow("list cut short") << QByteArray("\x02\0\x02\0\x02\0ab\x02\0c", 11) << "list" << "windows-1252" << "ab|c" << "declares 2 bytes, the file holds 1";
+    QTest::newRow("cut short") << QByteArray("\x09\0\0\0abc", 7) << "long" << "windows-1252" << "abc" << "record declares 9 bytes, the file holds 3";
+    QTest::newRow("list cut short") << QByteArray("\x02\0\x02\0\x02\0ab\x02\0c", 11) << "list" << "windows-1252" << "ab|c" << "record declares 2 bytes, the file holds 1";
     QTest::newRow("past the end") << QByteArray("\x01", 1) << "long@5" << "windows-1252" << "!offset past the end" << "";
     QTest::newRow("header cut off") << QByteArray("\x01\0", 2) << "long" << "windows-1252" << "!cut off in its header" << "";
     QTest::newRow("not a picture") << QByteArray("\x08\0\0\0xx\0\0\0\0\0\0", 12) << "picture" << "windows-1252" << "!not a picture" << "";
