@@ -192,15 +192,21 @@ void Writer::property(const QObject *o, const QByteArray &name)
     m_xml.writeEndElement();
 }
 
-// The library's controls: what their own property writing stores, through their Qt properties.
+// The library's controls: what their own property writing stores, through their Qt properties,
+// and whatever differs from a control that only its constructor made (uic makes them so: no
+// property reading gives it the bag's defaults).
 void Writer::ourProperties(const UserControl *c)
 {
     MemoryPropertyBag bag;
     const_cast<UserControl *>(c)->WriteProperties(bag);
-    const std::vector<PersistedProperty> known = persistedProperties(QString::fromLatin1(c->metaObject()->className()).section(u"::"_s, -1));
-    for (const PersistedProperty &p : known)
-        if (bag.contains(p.name))
-            writeUiProperty(m_xml, p.property, plainValue(c->property(p.property.toLatin1().constData())));
+    const QString className = QString::fromLatin1(c->metaObject()->className()).section(u"::"_s, -1);
+    const std::unique_ptr<QObject> bare(createObject(className));
+    for (const PersistedProperty &p : persistedProperties(className)) {
+        const QByteArray name = p.property.toLatin1();
+        const QVariant value = plainValue(c->property(name.constData()));
+        if (bag.contains(p.name) || (value.isValid() && value != plainValue(bare->property(name.constData()))))
+            writeUiProperty(m_xml, p.property, value);
+    }
 }
 
 void Writer::actions(const QWidget *w)
