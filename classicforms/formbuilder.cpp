@@ -157,7 +157,7 @@ private:
     bool caption(Block &b, QObject *w, const char *property);
     bool font(Block &b, QWidget *w);
     void colours(Block &b, QWidget *w, QPalette::ColorRole back, QPalette::ColorRole fore, bool fill);
-    void hostProperties(Block &b, QWidget *w, QWidget *parent);
+    void hostProperties(Block &b, QWidget *w);
     void reportRest(const Block &b, const QString &who);
 
     bool children(const FrmControl &c, QWidget *container, const Scale &scale);
@@ -297,9 +297,8 @@ void Builder::colours(Block &b, QWidget *w, QPalette::ColorRole back, QPalette::
 }
 
 // What the container owns: place, size, tab order, tool tip, tag, visibility.
-void Builder::hostProperties(Block &b, QWidget *w, QWidget *parent)
+void Builder::hostProperties(Block &b, QWidget *w)
 {
-    Q_UNUSED(parent);
     const int x = twipsToPixelsX(b.number(QStringLiteral("Left"), 0));
     const int y = twipsToPixelsY(b.number(QStringLiteral("Top"), 0));
     if (auto *control = qobject_cast<UserControl *>(w)) {
@@ -359,7 +358,7 @@ bool Builder::ours(const FrmControl &c, QWidget *parent)
     control->setObjectName(widgetName(c));
     m_out->carried[control];
     Block b(c);
-    hostProperties(b, control, parent);
+    hostProperties(b, control);
     QSet<QString> persisted;
     for (const PersistedProperty &p : persistedProperties(c.className))
         persisted.insert(p.name.toLower());
@@ -604,7 +603,7 @@ bool Builder::stock(const FrmControl &c, QWidget *parent, const Scale &scale)
     }
     if (!w)
         return false;
-    hostProperties(b, w, parent);
+    hostProperties(b, w);
     if (lineRect)
         w->setGeometry(*lineRect);
     if (!font(b, w))
@@ -638,7 +637,7 @@ bool Builder::control(const FrmControl &c, QWidget *parent, const Scale &scale)
 
     auto *l = make<QLabel>(parent, c);
     Block b(c);
-    hostProperties(b, l, parent);
+    hostProperties(b, l);
     carry(l, "text", QStringLiteral("%1\n%2").arg(c.qualifiedClass(), c.name));
     carry(l, "alignment", QVariant::fromValue(Qt::AlignCenter));
     carry(l, "frameShape", QVariant::fromValue(QFrame::Box));
@@ -821,7 +820,7 @@ QString widgetName(const FrmControl &control)
 
 QString ImportReport::text() const
 {
-    QString out = tr("%1: %2 controls converted, %3 placeholders, %4 timers\n")
+    QString out = tr("%1: controls converted: %2, placeholders: %3, timers: %4\n")
                       .arg(file).arg(converted).arg(placeholders.size()).arg(timers.size());
     auto section = [&](const QString &title, const QList<Item> &items) {
         if (items.isEmpty())
