@@ -572,10 +572,12 @@ bool Builder::stock(const FrmControl &c, QWidget *parent, const Scale &scale)
         if (twipsToPixelsY(y1) != twipsToPixelsY(y2) && twipsToPixelsX(x1) != twipsToPixelsX(x2))
             m_out->report.notCarried.append({c.line, tr("%1: a slanting line, shown straight").arg(c.name)});
         const int px = twipsToPixelsX(std::min(x1, x2)), py = twipsToPixelsY(std::min(y1, y2));
+        // A thick line grows below (right of) its points first, so that an etched pair a pixel
+        // apart (grey over white) stays two lines.
         if (horizontal)
-            f->setGeometry(px, py - width / 2, std::max(1, twipsToPixelsX(std::abs(x2 - x1))), width);
+            f->setGeometry(px, py - (width - 1) / 2, std::max(1, twipsToPixelsX(std::abs(x2 - x1))), width);
         else
-            f->setGeometry(px - width / 2, py, width, std::max(1, twipsToPixelsY(std::abs(y2 - y1))));
+            f->setGeometry(px - (width - 1) / 2, py, width, std::max(1, twipsToPixelsY(std::abs(y2 - y1))));
         QPalette pal = f->palette();
         pal.setColor(QPalette::Window, toQColor(quint32(qint32(b.number(QStringLiteral("BorderColor"), double(qint32(0x80000008))))), pal));
         carry(f, "palette", pal);
