@@ -6,6 +6,8 @@
 #include "platform/propertybag.h"
 
 #include <QFile>
+#include <QDir>
+#include <QFileInfo>
 #include <tuple>
 
 namespace kel::kelform {
@@ -17,8 +19,10 @@ FormLoader::FormLoader(QObject *parent) : QUiLoader(parent)
 
 QWidget *FormLoader::createWidget(const QString &className, QWidget *parent, const QString &name)
 {
-    if (ClassFactory::classNames().contains(className)) {
-        QObject *made = ClassFactory::create(className, parent);
+    // Designer's plugin names the classes with their namespace ("kel::KelText").
+    const QString bare = className.startsWith(QStringLiteral("kel::")) ? className.mid(5) : className;
+    if (ClassFactory::classNames().contains(bare)) {
+        QObject *made = ClassFactory::create(bare, parent);
         if (auto *control = qobject_cast<UserControl *>(made)) {
             control->setObjectName(name);
             // A form file is a saved form: the container reads its properties (all defaults
@@ -39,6 +43,8 @@ QWidget *FormLoader::loadFile(const QString &file, QWidget *parent, QString *err
         *error = QStringLiteral("%1: %2").arg(file, f.errorString());
         return nullptr;
     }
+    // Pictures a form names are beside it.
+    setWorkingDirectory(QFileInfo(file).absoluteDir());
     // The loader also warns of what its error string says; held back, so a failure is said once.
     static QList<std::tuple<QtMsgType, QString>> held;
     held.clear();

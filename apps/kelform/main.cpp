@@ -1,6 +1,7 @@
 // kelform: the demo host. Runs a .ui form (the order-entry example by default) against its
 // database; --gallery shows every control instead. Exit codes: 0 done, 1 bad input (a form,
 // database or picture file that cannot be read or written), 2 wrong use of the command line.
+#include "classicform.h"
 #include "demoform.h"
 #include "runform.h"
 
@@ -69,6 +70,7 @@ int main(int argc, char **argv)
         const QCommandLineOption version = cli.addVersionOption();
         cli.addOption(QCommandLineOption(gallery, QCoreApplication::translate("kelform", "Show the gallery of every control.")));
         addFormOptions(cli);
+        addClassicOptions(cli);
         QString error;
         if (!cli.parse(QCoreApplication::arguments()))
             error = cli.errorText();
@@ -83,7 +85,7 @@ int main(int argc, char **argv)
         if (cli.isSet(version))
             cli.showVersion();
         if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-            if (cli.isSet(QStringLiteral("dump")) || !screenshotFile(cli).isEmpty()) {
+            if (cli.isSet(QStringLiteral("dump")) || cli.isSet(QStringLiteral("import")) || !screenshotFile(cli).isEmpty()) {
                 qputenv("QT_QPA_PLATFORM", "offscreen");
             } else if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
                 std::fprintf(stderr, "kelform: %s\n", qPrintable(QCoreApplication::translate("kelform", "no display to show the form on; --screenshot and --dump need none")));
@@ -94,6 +96,8 @@ int main(int argc, char **argv)
 
     QApplication app(argc, argv);
     nameApplication();
+    if (int rc = Done; runClassic(cli, &rc))
+        return rc;
     if (!cli.isSet(gallery))
         return runForm(cli);
     const std::unique_ptr<QWidget> form = makeGallery();
