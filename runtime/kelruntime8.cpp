@@ -60,9 +60,10 @@ QString KelRuntime8::ListAppend(QString list, const QString &item)
 {
     // A lone empty first item is quoted so that it is not read back as an empty list. One plain
     // pass over the item: most are short, where the searches of QString cost more than they save.
-    bool quote = item.isEmpty() && list.isEmpty();
-    for (qsizetype i = 0; !quote && i < item.size(); ++i)
-        quote = item[i] == u',' || item[i] == u'"';
+    const QChar *c = item.constData(), *end = c + item.size();
+    while (c != end && (c->unicode() > u',' || (*c != u',' && *c != u'"'))) // letters and digits: one test
+        ++c;
+    const bool quote = c != end || (item.isEmpty() && list.isEmpty());
     if (!list.isEmpty())
         list += u',';
     if (quote) {
