@@ -108,7 +108,11 @@ QString KelCombo::List()
 {
     IKelRuntime &rt = runtime();
     QString list;
-    // Moved in, so that list-append grows the one string instead of copying it for each item.
+    // Room for the plain items and their commas, and moved in, so that list-append grows one string.
+    qsizetype plain = 0;
+    for (const QString &item : Combo1->items())
+        plain += item.size() + 1;
+    list.reserve(plain);
     for (const QString &item : Combo1->items())
         list = rt.ListAppend(std::move(list), item);
     return list;
