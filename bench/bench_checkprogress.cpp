@@ -1,10 +1,9 @@
 // The progress bar and the check field next to QProgressBar and QCheckBox in the same run: a
 // million values that leave the bar where it is, a sweep over a 300-pixel bar (with its paints
-// counted), and ten thousand real clicks. Ends with one ratio line per pair, ours / Qt.
+// counted), ten thousand real clicks, and the space key. Ends with one ratio line per pair, ours / Qt.
 #include "controls/check/kelcheck.h"
 #include "controls/progress/kelprogressbar.h"
-#include "library/librarysettings.h"
-#include "runtime/kelruntime8.h"
+#include "benchratio.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -55,7 +54,7 @@ void KelProgressBar_StillValue(benchmark::State &state)
     bar->setMax(1000000000);
     bar->Start();
     bar->setValue(1);
-    for (auto _ : state)
+    for (auto _ : kel::bench::measured(state))
         for (int v = 1; v <= StillValues; ++v)
             bar->setValue(v);
     if (bar->Value() != StillValues || bar->Picture1->ScaleWidth() != 300)
@@ -68,7 +67,7 @@ void QProgressBar_StillValue(benchmark::State &state)
     QProgressBar *bar = form.widget;
     bar->setRange(1, 1000000000);
     bar->setValue(1);
-    for (auto _ : state)
+    for (auto _ : kel::bench::measured(state))
         for (int v = 1; v <= StillValues; ++v)
             bar->setValue(v);
 }
@@ -79,11 +78,11 @@ void sweep(benchmark::State &state, Bar *bar, QWidget *painted, Reset reset, con
     PaintCounter counter;
     painted->installEventFilter(&counter);
     long sweeps = 0;
-    for (auto _ : state) {
-        state.PauseTiming();
+    for (auto _ : kel::bench::measured(state)) {
+        kel::bench::pause(state);
         reset();
         counter.paints = 0;
-        state.ResumeTiming();
+        kel::bench::resume(state);
         for (int v = 1; v <= SweepEnd; ++v)
             bar->setValue(v);
         ++sweeps;
@@ -111,7 +110,7 @@ void clickAway(benchmark::State &state, QWidget *box)
 {
     const QPointF at(8, box->height() / 2);
     const QPointF global = box->mapToGlobal(at);
-    for (auto _ : state) {
+    for (auto _ : kel::bench::measured(state)) {
         for (int i = 0; i < Clicks; ++i) {
             QMouseEvent press(QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
             QApplication::sendEvent(box, &press);
@@ -141,53 +140,49 @@ void QCheckBox_Click(benchmark::State &state)
         state.SkipWithError("not every click toggled");
 }
 
+// The space key toggles; ten of them a iteration.
+const QString Spaces = QStringLiteral("          ");
+
+void KelCheck_TypedKeys(benchmark::State &state)
+{
+    Shown<KelCheck> form(300, 20);
+    long changes = 0;
+    QObject::connect(form.widget, &KelCheck::Change, [&changes] { ++changes; });
+    bench::typing(state, form.widget->Check1->widget(), Spaces, [] {});
+    if (changes == 0)
+        state.SkipWithError("the space key did not toggle");
+}
+
+void QCheckBox_TypedKeys(benchmark::State &state)
+{
+    Shown<QCheckBox> form(300, 20);
+    long toggles = 0;
+    QObject::connect(form.widget, &QCheckBox::stateChanged, [&toggles] { ++toggles; });
+    bench::typing(state, form.widget, Spaces, [] {});
+    if (toggles == 0)
+        state.SkipWithError("the space key did not toggle");
+}
+
 BENCHMARK(KelProgressBar_StillValue)->Unit(benchmark::kMillisecond);
 BENCHMARK(QProgressBar_StillValue)->Unit(benchmark::kMillisecond);
 BENCHMARK(KelProgressBar_Sweep)->Unit(benchmark::kMillisecond);
 BENCHMARK(QProgressBar_Sweep)->Unit(benchmark::kMillisecond);
 BENCHMARK(KelCheck_Click)->Unit(benchmark::kMillisecond);
 BENCHMARK(QCheckBox_Click)->Unit(benchmark::kMillisecond);
-
-// Remembers the CPU time per iteration of every benchmark (the mean when repetitions are asked).
-class TimesReporter : public benchmark::ConsoleReporter
-{
-public:
-    std::map<std::string, double> cpu;
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        for (const Run &r : runs)
-            if (!r.error_occurred && (r.run_type == Run::RT_Iteration ? !cpu.count(r.run_name.function_name) : r.aggregate_name == "mean"))
-                cpu[r.run_name.function_name] = r.GetAdjustedCPUTime();
-        ConsoleReporter::ReportRuns(runs);
-    }
-};
+BENCHMARK(KelCheck_TypedKeys)->Unit(benchmark::kMicrosecond);
+BENCHMARK(QCheckBox_TypedKeys)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    adoptRuntime(std::make_shared<KelRuntime8>());
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    TimesReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-
-    for (const auto &[bar, paints] : paintsPerSweep)
-        std::printf("paints in a sweep 1..%d over 300 pixels, %s: %.0f\n", SweepEnd, bar.c_str(), paints);
-    const std::pair<const char *, const char *> pairs[] = {
-        {"KelProgressBar_StillValue", "QProgressBar_StillValue"},
-        {"KelProgressBar_Sweep", "QProgressBar_Sweep"},
-        {"KelCheck_Click", "QCheckBox_Click"},
-    };
-    for (const auto &[ours, peer] : pairs) {
-        const auto a = reporter.cpu.find(ours), b = reporter.cpu.find(peer);
-        if (a != reporter.cpu.end() && b != reporter.cpu.end() && b->second > 0)
-            std::printf("ratio %s / %s: %.3fx\n", ours, peer, a->second / b->second);
-    }
-    return 0;
+    return bench::runWithRatios(argc, argv,
+                                {{"KelProgressBar_StillValue", "QProgressBar_StillValue"},
+                                 {"KelProgressBar_Sweep", "QProgressBar_Sweep"},
+                                 {"KelCheck_Click", "QCheckBox_Click"},
+                                 {"KelCheck_TypedKeys", "QCheckBox_TypedKeys"}},
+                                [] {
+                                    for (const auto &[bar, paints] : paintsPerSweep)
+                                        std::printf("paints in a sweep 1..%d over 300 pixels, %s: %.0f\n", SweepEnd, bar.c_str(), paints);
+                                });
 }

@@ -93,14 +93,14 @@ void openForm(int kind /* -1: all kinds in turn */)
 
 void KelMixedForm(benchmark::State &state)
 {
-    for (auto _ : state)
+    for (auto _ : kel::bench::measured(state))
         openForm<addKel>(-1);
     state.SetItemsProcessed(state.iterations() * Controls);
 }
 
 void QtMixedForm(benchmark::State &state)
 {
-    for (auto _ : state)
+    for (auto _ : kel::bench::measured(state))
         openForm<addQt>(-1);
     state.SetItemsProcessed(state.iterations() * Controls);
 }
@@ -147,9 +147,9 @@ int main(int argc, char **argv)
             names.push_back(std::string(side) + "Form" + kindNames[k]);
     std::vector<std::pair<const char *, const char *>> pairs = {{"KelMixedForm", "QtMixedForm"}};
     for (int k = 0; k < Kinds; ++k) {
-        benchmark::RegisterBenchmark(names[2 * k].c_str(), [k](benchmark::State &st) { for (auto _ : st) openForm<addKel>(k); })
+        benchmark::RegisterBenchmark(names[2 * k].c_str(), [k](benchmark::State &st) { for (auto _ : kel::bench::measured(st)) openForm<addKel>(k); })
                 ->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark(names[2 * k + 1].c_str(), [k](benchmark::State &st) { for (auto _ : st) openForm<addQt>(k); })
+        benchmark::RegisterBenchmark(names[2 * k + 1].c_str(), [k](benchmark::State &st) { for (auto _ : kel::bench::measured(st)) openForm<addQt>(k); })
                 ->Unit(benchmark::kMillisecond);
         pairs.emplace_back(names[2 * k].c_str(), names[2 * k + 1].c_str());
     }

@@ -1,5 +1,5 @@
-// The number field's two hot paths next to QDoubleSpinBox in the same run: stepping with the Up
-// key, and committing typed text.
+// The number field's hot paths next to QDoubleSpinBox in the same run: stepping with the Up key,
+// committing typed text, and typing a number key by key.
 #include "benchratio.h"
 #include "controls/number/kelnumber.h"
 
@@ -44,10 +44,10 @@ QString typedText(int i) { return QString::number(i % 5000) + QStringLiteral(".2
 void KelNumber_UpKey(benchmark::State &state)
 {
     NumberForm form;
-    for (auto _ : state) {
-        state.PauseTiming();
+    for (auto _ : kel::bench::measured(state)) {
+        kel::bench::pause(state);
         form.number->setValue(0.0);
-        state.ResumeTiming();
+        kel::bench::resume(state);
         for (int i = 0; i < Repeats; ++i) {
             QKeyEvent press(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
             QApplication::sendEvent(form.text1, &press);
@@ -62,10 +62,10 @@ void KelNumber_UpKey(benchmark::State &state)
 void QDoubleSpinBox_stepUp(benchmark::State &state)
 {
     SpinForm form;
-    for (auto _ : state) {
-        state.PauseTiming();
+    for (auto _ : kel::bench::measured(state)) {
+        kel::bench::pause(state);
         form.spin->setValue(0.0);
-        state.ResumeTiming();
+        kel::bench::resume(state);
         for (int i = 0; i < Repeats; ++i)
             form.spin->stepUp();
     }
@@ -78,7 +78,7 @@ void KelNumber_Commit(benchmark::State &state)
 {
     NumberForm form;
     double sum = 0;
-    for (auto _ : state) {
+    for (auto _ : kel::bench::measured(state)) {
         for (int i = 0; i < Repeats; ++i) {
             form.text1->setText(typedText(i));
             sum += form.number->Value().toDouble();
@@ -92,7 +92,7 @@ void KelNumber_Commit(benchmark::State &state)
 void QDoubleSpinBox_setValue(benchmark::State &state)
 {
     SpinForm form;
-    for (auto _ : state)
+    for (auto _ : kel::bench::measured(state))
         for (int i = 0; i < Repeats; ++i)
             form.spin->setValue(i % 5000 + 0.25);
 }
@@ -103,7 +103,7 @@ void QDoubleSpinBox_interpretText(benchmark::State &state)
     SpinForm form;
     QLineEdit *edit = form.spin->findChild<QLineEdit *>();
     double sum = 0;
-    for (auto _ : state) {
+    for (auto _ : kel::bench::measured(state)) {
         for (int i = 0; i < Repeats; ++i) {
             edit->setText(typedText(i));
             form.spin->interpretText();
@@ -113,11 +113,32 @@ void QDoubleSpinBox_interpretText(benchmark::State &state)
     benchmark::DoNotOptimize(sum);
 }
 
+const QString Typed = QStringLiteral("1234567.25");
+
+void KelNumber_TypedKeys(benchmark::State &state)
+{
+    NumberForm form;
+    bench::typing(state, form.text1, Typed, [&] { form.text1->clear(); });
+    if (form.text1->text() != Typed)
+        state.SkipWithError("the field did not take the keys");
+}
+
+void QDoubleSpinBox_TypedKeys(benchmark::State &state)
+{
+    SpinForm form;
+    QLineEdit *edit = form.spin->findChild<QLineEdit *>();
+    bench::typing(state, form.spin, Typed, [&] { form.spin->clear(); });
+    if (edit->text() != QStringLiteral("1,234,567.25") && edit->text() != Typed)
+        state.SkipWithError("the spin box did not take the keys");
+}
+
 BENCHMARK(KelNumber_UpKey)->Unit(benchmark::kMillisecond);
 BENCHMARK(QDoubleSpinBox_stepUp)->Unit(benchmark::kMillisecond);
 BENCHMARK(KelNumber_Commit)->Unit(benchmark::kMillisecond);
 BENCHMARK(QDoubleSpinBox_setValue)->Unit(benchmark::kMillisecond);
 BENCHMARK(QDoubleSpinBox_interpretText)->Unit(benchmark::kMillisecond);
+BENCHMARK(KelNumber_TypedKeys)->Unit(benchmark::kMicrosecond);
+BENCHMARK(QDoubleSpinBox_TypedKeys)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 
@@ -126,5 +147,6 @@ int main(int argc, char **argv)
     return bench::runWithRatios(argc, argv,
                                 {{"KelNumber_UpKey", "QDoubleSpinBox_stepUp"},
                                  {"KelNumber_Commit", "QDoubleSpinBox_setValue"},
-                                 {"KelNumber_Commit", "QDoubleSpinBox_interpretText"}});
+                                 {"KelNumber_Commit", "QDoubleSpinBox_interpretText"},
+                                 {"KelNumber_TypedKeys", "QDoubleSpinBox_TypedKeys"}});
 }

@@ -1,19 +1,22 @@
 #pragma once
 // The benchmark programs' shared set-up and ending: the CPU time of every benchmark (steadier than wall time on
 // a busy machine; the median over repetitions, else the mean), and one line per comparison, ours divided by
-// the Qt peer's.
+// the Qt peer's. Under callgrind (scripts/perf) the measured loops also mark what is to be counted.
 #include "library/librarysettings.h"
 #include "runtime/kelruntime8.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <string>
 #include <unistd.h>
 #include <utility>
+#include <valgrind/callgrind.h>
 #include <vector>
 
 namespace kel::bench {
@@ -32,6 +35,97 @@ struct FieldForm {
         QApplication::processEvents();
     }
 };
+
+// Instruction counting: scripts/perf starts callgrind with collection off and runs one benchmark at a time.
+// Collected are the bodies of the measured loop, less the paused stretches, from the second iteration on: the
+// first fills the caches every first use fills (fonts, styles, lazily built statics).
+namespace perf {
+inline long measuredIterations = -1;
+inline bool collecting = false;
+
+inline void collect(bool on)
+{
+    if (on == collecting)
+        return;
+    collecting = on;
+    CALLGRIND_TOGGLE_COLLECT;
+}
+} // namespace perf
+
+class MeasuredLoop
+{
+public:
+    explicit MeasuredLoop(benchmark::State &state) : m_state(state) {}
+    class Iterator
+    {
+    public:
+        explicit Iterator(benchmark::State::StateIterator it) : m_it(it) {}
+        auto operator*() const { return *m_it; }
+        Iterator &operator++()
+        {
+            ++m_it;
+            return *this;
+        }
+        bool operator!=(const Iterator &end)
+        {
+            perf::collect(false);
+            if (!(m_it != end.m_it))
+                return false;
+            perf::collect(++perf::measuredIterations > 0);
+            return true;
+        }
+
+    private:
+        benchmark::State::StateIterator m_it;
+    };
+    Iterator begin() { return Iterator(m_state.begin()); }
+    Iterator end() { return Iterator(m_state.end()); }
+
+private:
+    benchmark::State &m_state;
+};
+
+// for (auto _ : measured(state)) in place of for (auto _ : state).
+inline MeasuredLoop measured(benchmark::State &state) { return MeasuredLoop(state); }
+
+// In place of state.PauseTiming() and state.ResumeTiming().
+inline void pause(benchmark::State &state)
+{
+    perf::collect(false);
+    state.PauseTiming();
+}
+
+inline void resume(benchmark::State &state)
+{
+    state.ResumeTiming();
+    perf::collect(perf::measuredIterations > 0);
+}
+
+// Each character of `keys` as its key's press and release (Latin-1 keys are their upper-case code).
+inline void typeKeys(QWidget *w, QStringView keys)
+{
+    for (const QChar c : keys) {
+        const auto key = c == u' ' ? Qt::Key_Space : Qt::Key(c.toUpper().unicode());
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(w, &press);
+        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(w, &release);
+    }
+}
+
+// Typing `keys` into `w` in every iteration, after `reset` (not measured) has emptied the field.
+template<class Reset>
+void typing(benchmark::State &state, QWidget *w, QStringView keys, Reset reset)
+{
+    w->setFocus(Qt::OtherFocusReason);
+    QApplication::processEvents();
+    for (auto _ : measured(state)) {
+        pause(state);
+        reset();
+        resume(state);
+        typeKeys(w, keys);
+    }
+}
 
 class RatioReporter : public benchmark::ConsoleReporter
 {
@@ -71,9 +165,16 @@ private:
 };
 
 // A benchmark program's main: offscreen, English (US) regional settings, the benchmarks given on
-// the command line, then `ratio <ours> / <peer>: <x>x` for each pair.
-inline int runWithRatios(int argc, char **argv, const std::vector<std::pair<const char *, const char *>> &pairs)
+// the command line, `after` (what a program adds to the ending), then `ratio <ours> / <peer>: <x>x` for
+// each pair. With --pairs it only lists the pairs, one "<ours> <peer>" a line, for scripts/perf.
+template<class After = void (*)()>
+int runWithRatios(int argc, char **argv, const std::vector<std::pair<const char *, const char *>> &pairs, After after = [] {})
 {
+    if (argc == 2 && std::string(argv[1]) == "--pairs") {
+        for (const auto &[ours, peer] : pairs)
+            std::printf("%s %s\n", ours, peer);
+        return 0;
+    }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     auto rt = std::make_shared<KelRuntime8>();
@@ -86,6 +187,9 @@ inline int runWithRatios(int argc, char **argv, const std::vector<std::pair<cons
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
+    if (RUNNING_ON_VALGRIND)
+        std::printf("measured iterations: %ld\n", std::max(perf::measuredIterations, 0L));
+    after();
     for (const auto &[ours, peer] : pairs) {
         const double a = reporter.time(ours), b = reporter.time(peer);
         if (a > 0 && b > 0)

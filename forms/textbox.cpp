@@ -1,5 +1,7 @@
 #include "forms/textbox.h"
 
+#include <QScrollBar>
+
 #include "forms/lengthvalidator.h"
 #include "forms/panelcache.h"
 
@@ -10,6 +12,7 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QProxyStyle>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -322,6 +325,11 @@ QString TextBox::Text() const
 {
     if (m_line)
         return m_line->text();
+    return m_replayingChop ? m_lastText : documentText();
+}
+
+QString TextBox::documentText() const
+{
     const QString raw = m_multi->raw();
     return decode(m_multi->document(), raw, 0, int(raw.size()));
 }
@@ -330,7 +338,7 @@ void TextBox::emitIfChanged()
 {
     if (m_settingByCode)
         return; // the setter reports once it is done
-    const QString now = Text();
+    const QString now = m_line ? m_line->text() : documentText();
     if (now == m_lastText)
         return;
     m_lastText = now;
@@ -359,10 +367,9 @@ void TextBox::setText(const QString &text)
     emitIfChanged();
 }
 
-// Document characters that hold the final CR LF of the text; 0 when it ends otherwise.
-static int trailingBreakWidth(const QTextDocument *doc)
+// Document characters that hold the CR LF ending before document position `end`; 0 when none does.
+static int breakWidthBefore(const QTextDocument *doc, int end)
 {
-    const int end = doc->characterCount() - 1; // the last paragraph's end is not text
     if (end >= 1 && doc->characterAt(end - 1) == QChar(Paragraph))
         return 1;
     if (standInAt(doc, end - 2) == u'\r' && standInAt(doc, end - 1) == u'\n')
@@ -372,27 +379,61 @@ static int trailingBreakWidth(const QTextDocument *doc)
 
 void TextBox::chopLineBreaks()
 {
-    if (!m_multi || !m_lastText.endsWith(u"\r\n"))
+    if (!m_multi)
         return;
+    const QString now = documentText();
+    qsizetype pairs = 0;
+    for (qsizetype n = now.size(); n >= 2 && now[n - 2] == u'\r' && now[n - 1] == u'\n'; n -= 2)
+        ++pairs;
+    if (pairs == 0)
+        return;
+    // The run of pairs goes in one edit, then Change is raised once per pair with the text a handler
+    // reads one pair shorter each time, as if they went one by one (an edit per pair costs
+    // thousands of instructions). Removing a block costs more than setting a character, so a long
+    // run is dropped by setting the kept text afresh.
     QTextDocument *doc = m_multi->document();
-    // One edit block: the box lays out once at the end, while the text itself (what a Change
-    // handler reads) is current after every removal.
-    QTextCursor c(doc);
-    c.beginEditBlock();
-    for (int width; m_lastText.endsWith(u"\r\n") && (width = trailingBreakWidth(doc)) > 0;) {
+    const QString kept = now.chopped(2 * pairs);
+    QTextCursor c = m_multi->textCursor();
+    const int anchor = c.anchor(), position = c.position();
+    m_settingByCode = true;
+    if (pairs * 16 > kept.size()) {
+        const int scrolled = m_multi->verticalScrollBar()->value();
+        const Encoded e = encode(kept);
+        m_multi->setPlainText(e.doc);
+        if (!e.marks.empty()) {
+            applyMarks(doc, 0, e);
+            doc->clearUndoRedoStacks();
+        }
         const int end = doc->characterCount() - 1;
-        c.setPosition(end - width);
+        c = QTextCursor(doc);
+        c.setPosition(qMin(anchor, end));
+        c.setPosition(qMin(position, end), QTextCursor::KeepAnchor);
+        m_multi->setTextCursor(c);
+        m_multi->verticalScrollBar()->setValue(scrolled);
+    } else {
+        const int end = doc->characterCount() - 1; // the last paragraph's end is not text
+        int start = end;
+        for (qsizetype i = 0; i < pairs; ++i)
+            start -= breakWidthBefore(doc, start);
+        c = QTextCursor(doc);
+        c.setPosition(start);
         c.setPosition(end, QTextCursor::KeepAnchor);
-        m_settingByCode = true;
         c.removeSelectedText();
-        m_settingByCode = false;
+    }
+    m_settingByCode = false;
+    const int revision = doc->revision();
+    m_lastText = now;
+    m_replayingChop = true;
+    for (qsizetype i = 0; i < pairs && doc->revision() == revision; ++i) {
         m_lastText.chop(2);
         emit Change();
     }
-    m_settingByCode = true;
-    c.endEditBlock();
-    m_settingByCode = false;
-    emitIfChanged(); // whatever a handler did meanwhile
+    m_replayingChop = false;
+    if (doc->revision() == revision)
+        return;
+    // A handler edited the box meanwhile: its text is what counts, and it may end in pairs again.
+    emitIfChanged();
+    chopLineBreaks();
 }
 
 int TextBox::SelStart() const

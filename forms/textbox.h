@@ -36,8 +36,8 @@ public:
     // never cut.
     int MaxLength() const { return m_maxLength; }
     void setMaxLength(int length);
-    // Multi-line: removes the final CR LF pairs from the text one by one, raising Change for
-    // each; costs the same per pair however long the text is.
+    // Multi-line: removes the final CR LF pairs from the text, raising Change for each as if they
+    // went one by one; one edit of the document for the whole run.
     void chopLineBreaks();
     QString PasswordChar() const { return m_password; }
     void setPasswordChar(const QString &c);
@@ -60,6 +60,8 @@ private:
     bool m_settingByCode = false;
     QString m_password;
     QString m_lastText;
+    bool m_replayingChop = false; // Text() is m_lastText while the Changes of a chop are raised
+    QString documentText() const;
     std::pair<int, int> m_selBeforeFocus;
 };
 

@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QStringList items = text.split(QChar(0x1F));
     QString list;
     for (const QString &i : items)
-        list = rt.ListAppend(list, i);
+        list = rt.ListAppend(std::move(list), i);
     QStringList back;
     pos = 0;
     for (QString f = rt.ReadField(list, pos, 44); pos >= 0; f = rt.ReadField(list, pos, 44))

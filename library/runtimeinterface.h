@@ -61,8 +61,10 @@ public:
     virtual void SendKey(int virtualKey) = 0;      ///< 9: move the focus on as Tab would
     /// The parsing and rounding services, fetched afresh before each use.
     virtual std::shared_ptr<IRuntimeDates> RuntimeDates() = 0;
-    /// `list` with `item` appended as one more list entry.
-    virtual QString ListAppend(const QString &list, const QString &item) = 0;
+    /// `list` with `item` appended as one more list entry. The list comes by value: a caller that
+    /// moves its list in lets an implementation grow that same string, so building a list item by
+    /// item (`list = ListAppend(std::move(list), item)`) costs amortised constant time an item.
+    virtual QString ListAppend(QString list, const QString &item) = 0;
     /// The next field of `text` from `position`; the position advances, negative when none is left.
     virtual QString ReadField(const QString &text, qint32 &position, int separatorCode) = 0;
 };

@@ -56,13 +56,28 @@ std::shared_ptr<IRuntimeDates> KelRuntime8::RuntimeDates()
     return std::make_shared<KelRuntimeDates>(locale());
 }
 
-QString KelRuntime8::ListAppend(const QString &list, const QString &item)
+QString KelRuntime8::ListAppend(QString list, const QString &item)
 {
-    QString quoted = item;
-    // A lone empty first item is quoted so that it is not read back as an empty list.
-    if (item.contains(u',') || item.contains(u'"') || (item.isEmpty() && list.isEmpty()))
-        quoted = u'"' + QString(item).replace(QStringLiteral("\""), QStringLiteral("\"\"")) + u'"';
-    return list.isEmpty() ? quoted : list + u',' + quoted;
+    // A lone empty first item is quoted so that it is not read back as an empty list. One plain
+    // pass over the item: most are short, where the searches of QString cost more than they save.
+    const QChar *c = item.constData(), *end = c + item.size();
+    while (c != end && (c->unicode() > u',' || (*c != u',' && *c != u'"'))) // letters and digits: one test
+        ++c;
+    const bool quote = c != end || (item.isEmpty() && list.isEmpty());
+    if (!list.isEmpty())
+        list += u',';
+    if (quote) {
+        list += u'"';
+        for (const QChar c : item) {
+            if (c == u'"')
+                list += u'"';
+            list += c;
+        }
+        list += u'"';
+    } else {
+        list += item;
+    }
+    return list;
 }
 
 QString KelRuntime8::ReadField(const QString &text, qint32 &position, int separatorCode)

@@ -34,7 +34,7 @@ public:
     /// Services on this object's locale.
     std::shared_ptr<IRuntimeDates> RuntimeDates() override;
     /// Appends `item` to a comma-separated list, quoting as needed.
-    QString ListAppend(const QString &list, const QString &item) override;
+    QString ListAppend(QString list, const QString &item) override;
     /// Reads the next field (separated by `separatorCode`, quotes allowed) from `position`.
     QString ReadField(const QString &text, qint32 &position, int separatorCode) override;
 

@@ -107,21 +107,14 @@ void KelCombo::setLimitToList(bool limit)
 QString KelCombo::List()
 {
     IKelRuntime &rt = runtime();
-    const QStringList &items = Combo1->items();
-    if (items.isEmpty())
-        return {};
-    // Appending to the whole list so far copies it each time (seconds at 32,767 items). What
-    // list-append adds to a non-empty list is taken from appending to the first item alone; a
-    // run-time object whose result does not start with that list gets the whole list instead.
-    const QString first = rt.ListAppend(QString(), items.front());
-    QString list = first;
-    for (qsizetype i = 1; i < items.size(); ++i) {
-        const QString piece = rt.ListAppend(first, items.at(i));
-        if (piece.startsWith(first))
-            list += QStringView(piece).mid(first.size());
-        else
-            list = rt.ListAppend(list, items.at(i));
-    }
+    QString list;
+    // Room for the plain items and their commas, and moved in, so that list-append grows one string.
+    qsizetype plain = 0;
+    for (const QString &item : Combo1->items())
+        plain += item.size() + 1;
+    list.reserve(plain);
+    for (const QString &item : Combo1->items())
+        list = rt.ListAppend(std::move(list), item);
     return list;
 }
 

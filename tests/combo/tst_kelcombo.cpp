@@ -127,7 +127,7 @@ private slots:
     void listThroughHostAppend()
     {
         struct Prepending : KelRuntime8 {
-            QString ListAppend(const QString &list, const QString &item) override { return list.isEmpty() ? item : item + u';' + list; }
+            QString ListAppend(QString list, const QString &item) override { return list.isEmpty() ? item : item + u';' + list; }
         };
         adoptRuntime(std::make_shared<Prepending>());
         KelCombo c;

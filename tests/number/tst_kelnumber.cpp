@@ -40,7 +40,7 @@ public:
     FontSpec FieldFont() override { return {}; }
     void SendKey(int) override {}
     std::shared_ptr<IRuntimeDates> RuntimeDates() override { return std::make_shared<KelRuntimeDates>(m_region); }
-    QString ListAppend(const QString &list, const QString &) override { return list; }
+    QString ListAppend(QString list, const QString &) override { return list; }
     QString ReadField(const QString &, qint32 &position, int) override { position = -1; return {}; }
 
 private:

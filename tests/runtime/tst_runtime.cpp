@@ -104,7 +104,7 @@ private slots:
         KelRuntime8 rt;
         QString list;
         for (const QString &i : items)
-            list = rt.ListAppend(list, i);
+            list = rt.ListAppend(std::move(list), i);
         QCOMPARE(list, joined);
         QStringList back;
         qint32 pos = 0;

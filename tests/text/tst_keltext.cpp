@@ -75,6 +75,22 @@ private slots:
         QCOMPARE(change.count(), changes);
     }
 
+    // A Change handler sees the text one pair shorter each time; one that sets the text meanwhile
+    // has the last word, and the pairs of its text go too.
+    void textTrimsPairByPairForHandlers()
+    {
+        t->setMultiLine(true);
+        t->setText(u"a\r\n\r\n\r\n"_qs);
+        QStringList seen;
+        connect(t, &KelText::Change, this, [&] {
+            seen << t->TextRaw();
+            if (seen.size() == 2)
+                t->setText(u"b\r\n"_qs);
+        });
+        QCOMPARE(t->Text(), u"b"_qs);
+        QCOMPARE(seen, (QStringList{u"a\r\n\r\n"_qs, u"a\r\n"_qs, u"b\r\n"_qs, u"b"_qs}));
+    }
+
     // Whatever a host sets comes back exactly, unchanged and not Changed; typing and copying
     // next to it keep it too.
     void multiLineKeepsAnyText_data()
