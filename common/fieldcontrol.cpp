@@ -1,6 +1,8 @@
 #include "common/fieldcontrol.h"
 
 #include "common/baskelcontrols.h"
+#include "forms/captionalign.h"
+#include "forms/units.h"
 #include "library/dispatch.h"
 
 namespace kel {
@@ -9,6 +11,19 @@ FieldControl::FieldControl(QWidget *parent)
     : UserControl(parent), Label1(new Label(this, QStringLiteral("Label1")))
 {
     Label1->Move(0, 0, 1440, 195);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+QSize FieldControl::sizeHint() const
+{
+    // Three lines for a field that may grow.
+    const double twips = sizePolicy().verticalPolicy() == QSizePolicy::Fixed ? 300 : 900;
+    return {twipsToPixelsX(3000), twipsToPixelsY(twips)};
+}
+
+QSize FieldControl::minimumSizeHint() const
+{
+    return {twipsToPixelsX(100 + layoutRules().strip), twipsToPixelsY(300)};
 }
 
 void FieldControl::setCaption(const QString &caption)
@@ -105,6 +120,7 @@ void FieldControl::layout()
     activeField()->Move(Label1->Width(), 0, fieldWidth, ScaleHeight());
     if (rules.strip > 0)
         layoutStrip(ScaleWidth() - rules.strip, rules.strip);
+    alignCaptionText(Label1, activeField());
     --m_loadingDepth;
 }
 
@@ -209,6 +225,8 @@ void FieldControl::onShow()
     }
     for (Child *f : fields())
         f->setToolTipText(ExtenderToolTipText());
+    // The fonts may have changed the lines.
+    alignCaptionText(Label1, activeField());
 }
 
 } // namespace kel

@@ -2,11 +2,17 @@
 
 #include "persisted.h"
 
+#include "common/fieldcontrol.h"
 #include "controls/kelcontrols8.h"
+#include "controls/progress/kelprogressbar.h"
 #include "forms/units.h"
 #include "library/typemodel.h"
 
 #include <QPainter>
+#include <QTimer>
+#include <QtDesigner/QDesignerFormEditorInterface>
+#include <QtDesigner/QDesignerPropertySheetExtension>
+#include <QtDesigner/QExtensionManager>
 
 using namespace Qt::StringLiterals;
 
@@ -55,6 +61,32 @@ const Description *description(const QString &className)
 
 constexpr double kDefaultWidthTwips = 3000;
 constexpr double kDefaultHeightTwips = 300;
+
+// Qt's "enabled" next to the control's own "Enabled" is one setting listed twice: only the
+// control's, which is the one saved with the form, stays in the property editor.
+void showOwnEnabledOnly(QDesignerFormEditorInterface *core, QWidget *widget)
+{
+    if (!qobject_cast<UserControl *>(widget))
+        return;
+    auto *sheet = qt_extension<QDesignerPropertySheetExtension *>(core->extensionManager(), widget);
+    if (!sheet)
+        return;
+    const int own = sheet->indexOf(u"Enabled"_s), qt = sheet->indexOf(u"enabled"_s);
+    if (own >= 0 && qt >= 0 && sheet->isVisible(own))
+        sheet->setVisible(qt, false);
+}
+
+// A caption that shows the control's name (as a newly placed control's does) follows the name
+// when Designer makes it unique or the user renames the control.
+void captionFollowsName(FieldControl *control)
+{
+    auto name = std::make_shared<QString>(control->objectName());
+    QObject::connect(control, &QObject::objectNameChanged, control, [control, name](const QString &now) {
+        if (!name->isEmpty() && control->Caption() == *name)
+            control->setCaption(now);
+        *name = now;
+    });
+}
 
 } // namespace
 
@@ -109,14 +141,27 @@ void KelWidgetInterface::initialize(QDesignerFormEditorInterface *core)
 {
     // QUiLoader initialises without a form editor; only Designer drops new controls.
     m_inDesigner = core != nullptr;
+    m_core = core;
     m_initialized = true;
 }
 
 QWidget *KelWidgetInterface::createWidget(QWidget *parent)
 {
     QWidget *w = qobject_cast<QWidget *>(createObject(m_className, parent));
-    if (auto *control = qobject_cast<UserControl *>(w); control && m_inDesigner)
-        control->InitProperties();
+    auto *control = qobject_cast<UserControl *>(w);
+    if (!control || !m_inDesigner)
+        return w;
+    control->setAmbientUserMode(false);
+    control->InitProperties();
+    if (auto *field = qobject_cast<FieldControl *>(control))
+        captionFollowsName(field);
+    // Once Designer manages the new widget and has its property sheet.
+    QTimer::singleShot(0, control, [core = m_core, control] { showOwnEnabledOnly(core, control); });
+    // A bar that was never given a value is an empty box; on the form it shows what it will look like.
+    if (auto *bar = qobject_cast<KelProgressBar *>(control)) {
+        bar->Start(); // no time remaining yet
+        bar->setValue(bar->Min() + (bar->Max() - bar->Min()) / 2);
+    }
     return w;
 }
 
@@ -128,6 +173,8 @@ QString KelWidgetInterface::domXml() const
     auto *control = qobject_cast<UserControl *>(object.get());
     QString objectName = m_className;
     objectName[0] = objectName[0].toLower();
+    // Named first: a newly placed control's caption is its name.
+    object->setObjectName(objectName);
 
     QString text;
     QXmlStreamWriter xml(&text);
@@ -166,7 +213,14 @@ QString KelWidgetInterface::domXml() const
 KelControlsPlugin::KelControlsPlugin(QObject *parent) : QObject(parent)
 {
     registerKelControls8();
-    for (const QString &name : ClassFactory::classNames()) {
+    QStringList names = ClassFactory::classNames();
+    // The widget box keeps this order: the described controls as listed above, then any other.
+    const auto rank = [](const QString &name) {
+        const Description *d = description(name);
+        return d ? d - std::begin(kDescriptions) : std::size(kDescriptions);
+    };
+    std::stable_sort(names.begin(), names.end(), [&](const QString &a, const QString &b) { return rank(a) < rank(b); });
+    for (const QString &name : names) {
         const typemodel::ClassInfo *cls = typemodel::findClass(name);
         if (cls && cls->isControl)
             m_widgets << new KelWidgetInterface(name, this);

@@ -161,6 +161,19 @@ void KelNumber::setValue(const Variant &value)
     showText(displayText(m_value, m_groupDigits));
     showSignColour();
     m_textDirty = false;
+    notifyValue();
+}
+
+void KelNumber::setPlainValue(const QVariant &value)
+{
+    if (const std::optional<Variant> v = fromQVariant(value))
+        setValue(*v);
+}
+
+void KelNumber::notifyValue()
+{
+    if (m_valueWatch.moved(m_value))
+        emit ValueChanged();
 }
 
 bool KelNumber::Valid(bool ShowMessage)
@@ -224,6 +237,7 @@ void KelNumber::commitText()
         return;
     m_value = clamped(parseField());
     showText(displayText(m_value, m_groupDigits));
+    notifyValue();
 }
 
 void KelNumber::stepValue(double delta)
@@ -245,6 +259,7 @@ void KelNumber::stepValue(double delta)
         m_value = sum > 0 ? m_maxValue : m_minValue;
     }
     showText(displayText(m_value, m_groupDigits));
+    notifyValue();
     if (m_value != m_valueOriginal) {
         emit Change();
         m_valueOriginal = m_value;
@@ -353,6 +368,7 @@ void KelNumber::onInitProperties()
     m_value = m_valueOriginal = 0;
     showText(QStringLiteral("0"));
     m_textDirty = false;
+    notifyValue();
 }
 
 void KelNumber::onReadProperties(PropertyBag &bag) { readPersisted(bag, readOrder()); }

@@ -1,6 +1,7 @@
 #include "controls/progress/kelprogressbar.h"
 
 #include "common/fieldcontrol.h"
+#include "forms/units.h"
 #include "platform/format.h"
 #include "platform/services.h"
 
@@ -71,8 +72,11 @@ KelProgressBar::KelProgressBar(QWidget *parent)
     Picture1->setBackColor(0x80000005);
     Picture1->setForeColor(0x8000000D);
     Picture1->setCoveredTextColor(0x8000000E);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     onResize();
 }
+
+QSize KelProgressBar::sizeHint() const { return {twipsToPixelsX(3000), twipsToPixelsY(300)}; }
 
 void KelProgressBar::setEnabled(bool enabled)
 {

@@ -23,6 +23,9 @@ public:
     /// The picture the bar and its text are drawn on.
     PictureBox *const Picture1;
 
+    /// A Qt layout gives the bar the height of a field (300 twips); the width is the layout's.
+    QSize sizeHint() const override;
+
     /// The control's own enabled state (not saved with the form).
     bool Enabled() const { return !testAttribute(Qt::WA_ForceDisabled); }
     void setEnabled(bool enabled);

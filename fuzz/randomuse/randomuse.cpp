@@ -577,8 +577,13 @@ private:
 
     static double number(const QVariant &v, bool *ok = nullptr)
     {
-        if (v.metaType() == QMetaType::fromType<Variant>()) {
-            const Variant k = v.value<Variant>();
+        // Dates, times and the values of the date fields (Empty, Null) through the library's
+        // mapping: a date is its day serial, Empty, Null and text are no number.
+        const QMetaType t = v.metaType();
+        if (!v.isValid() || t == QMetaType::fromType<std::nullptr_t>() || t == QMetaType::fromType<Variant>()
+            || t == QMetaType::fromType<Date>() || t == QMetaType::fromType<QDate>()
+            || t == QMetaType::fromType<QDateTime>() || t == QMetaType::fromType<QTime>()) {
+            const Variant k = fromQVariant(v).value_or(Variant());
             if (k.isEmpty() || k.isNull() || k.isString()) {
                 if (ok)
                     *ok = false;
@@ -586,30 +591,10 @@ private:
             }
             return k.toDouble(ok);
         }
-        if (v.metaType() == QMetaType::fromType<Date>()) {
-            if (ok)
-                *ok = true;
-            return v.value<Date>().serial;
-        }
-        if (v.metaType() == QMetaType::fromType<QDateTime>() || v.metaType() == QMetaType::fromType<QTime>())
-            return number(QVariant::fromValue(v.value<Variant>()), ok);
         return v.toDouble(ok);
     }
 
-    static Variant toKel(const QVariant &v)
-    {
-        if (v.metaType() == QMetaType::fromType<Variant>())
-            return v.value<Variant>();
-        if (v.metaType() == QMetaType::fromType<Date>())
-            return v.value<Date>();
-        if (v.metaType() == QMetaType::fromType<QDateTime>() || v.metaType() == QMetaType::fromType<QTime>())
-            return v.value<Variant>();
-        if (v.metaType() == QMetaType::fromType<bool>())
-            return v.toBool();
-        if (v.metaType() == QMetaType::fromType<QString>())
-            return v.toString();
-        return v.toDouble();
-    }
+    static Variant toKel(const QVariant &v) { return fromQVariant(v).value_or(Variant(v.toDouble())); }
 
     QString rawText() const
     {
