@@ -9,10 +9,6 @@
 #include "library/typemodel.h"
 
 #include <QPainter>
-#include <QTimer>
-#include <QtDesigner/QDesignerFormEditorInterface>
-#include <QtDesigner/QDesignerPropertySheetExtension>
-#include <QtDesigner/QExtensionManager>
 
 using namespace Qt::StringLiterals;
 
@@ -61,20 +57,6 @@ const Description *description(const QString &className)
 
 constexpr double kDefaultWidthTwips = 3000;
 constexpr double kDefaultHeightTwips = 300;
-
-// Qt's "enabled" next to the control's own "Enabled" is one setting listed twice: only the
-// control's, which is the one saved with the form, stays in the property editor.
-void showOwnEnabledOnly(QDesignerFormEditorInterface *core, QWidget *widget)
-{
-    if (!qobject_cast<UserControl *>(widget))
-        return;
-    auto *sheet = qt_extension<QDesignerPropertySheetExtension *>(core->extensionManager(), widget);
-    if (!sheet)
-        return;
-    const int own = sheet->indexOf(u"Enabled"_s), qt = sheet->indexOf(u"enabled"_s);
-    if (own >= 0 && qt >= 0 && sheet->isVisible(own))
-        sheet->setVisible(qt, false);
-}
 
 // A caption that shows the control's name (as a newly placed control's does) follows the name
 // when Designer makes it unique or the user renames the control.
@@ -141,7 +123,6 @@ void KelWidgetInterface::initialize(QDesignerFormEditorInterface *core)
 {
     // QUiLoader initialises without a form editor; only Designer drops new controls.
     m_inDesigner = core != nullptr;
-    m_core = core;
     m_initialized = true;
 }
 
@@ -155,8 +136,6 @@ QWidget *KelWidgetInterface::createWidget(QWidget *parent)
     control->InitProperties();
     if (auto *field = qobject_cast<FieldControl *>(control))
         captionFollowsName(field);
-    // Once Designer manages the new widget and has its property sheet.
-    QTimer::singleShot(0, control, [core = m_core, control] { showOwnEnabledOnly(core, control); });
     // A bar that was never given a value is an empty box; on the form it shows what it will look like.
     if (auto *bar = qobject_cast<KelProgressBar *>(control)) {
         bar->Start(); // no time remaining yet

@@ -28,7 +28,6 @@ private:
     QString m_className;
     bool m_initialized = false;
     bool m_inDesigner = false;
-    QDesignerFormEditorInterface *m_core = nullptr;
 };
 
 class KelControlsPlugin : public QObject, public QDesignerCustomWidgetCollectionInterface

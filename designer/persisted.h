@@ -78,42 +78,38 @@ inline QVariant plainValue(const Variant &v) { return plainValue(toQVariant(v));
 inline void writeUiProperty(QXmlStreamWriter &xml, const QString &name, const QVariant &value)
 {
     using namespace Qt::StringLiterals;
+    const auto dateParts = [&](QDate d) {
+        xml.writeTextElement(u"year"_s, QString::number(d.year()));
+        xml.writeTextElement(u"month"_s, QString::number(d.month()));
+        xml.writeTextElement(u"day"_s, QString::number(d.day()));
+    };
+    const auto timeParts = [&](QTime t) {
+        xml.writeTextElement(u"hour"_s, QString::number(t.hour()));
+        xml.writeTextElement(u"minute"_s, QString::number(t.minute()));
+        xml.writeTextElement(u"second"_s, QString::number(t.second()));
+    };
     xml.writeStartElement(u"property"_s);
     xml.writeAttribute(u"name"_s, name);
     switch (value.metaType().id()) {
     case QMetaType::Bool: xml.writeTextElement(u"bool"_s, value.toBool() ? u"true"_s : u"false"_s); break;
     case QMetaType::Int: xml.writeTextElement(u"number"_s, QString::number(value.toInt())); break;
     case QMetaType::Double: xml.writeTextElement(u"double"_s, QString::number(value.toDouble(), 'g', 17)); break;
-    case QMetaType::QDate: {
-        const QDate d = value.toDate();
+    case QMetaType::QDate:
         xml.writeStartElement(u"date"_s);
-        xml.writeTextElement(u"year"_s, QString::number(d.year()));
-        xml.writeTextElement(u"month"_s, QString::number(d.month()));
-        xml.writeTextElement(u"day"_s, QString::number(d.day()));
+        dateParts(value.toDate());
         xml.writeEndElement();
         break;
-    }
-    case QMetaType::QDateTime: {
-        const QDateTime dt = value.toDateTime();
+    case QMetaType::QDateTime:
         xml.writeStartElement(u"datetime"_s);
-        xml.writeTextElement(u"hour"_s, QString::number(dt.time().hour()));
-        xml.writeTextElement(u"minute"_s, QString::number(dt.time().minute()));
-        xml.writeTextElement(u"second"_s, QString::number(dt.time().second()));
-        xml.writeTextElement(u"year"_s, QString::number(dt.date().year()));
-        xml.writeTextElement(u"month"_s, QString::number(dt.date().month()));
-        xml.writeTextElement(u"day"_s, QString::number(dt.date().day()));
+        timeParts(value.toDateTime().time());
+        dateParts(value.toDateTime().date());
         xml.writeEndElement();
         break;
-    }
-    case QMetaType::QTime: {
-        const QTime t = value.toTime();
+    case QMetaType::QTime:
         xml.writeStartElement(u"time"_s);
-        xml.writeTextElement(u"hour"_s, QString::number(t.hour()));
-        xml.writeTextElement(u"minute"_s, QString::number(t.minute()));
-        xml.writeTextElement(u"second"_s, QString::number(t.second()));
+        timeParts(value.toTime());
         xml.writeEndElement();
         break;
-    }
     default:
         if (const QMetaObject *scope = value.metaType().metaObject();
             scope && value.metaType().flags().testFlag(QMetaType::IsEnumeration)) {

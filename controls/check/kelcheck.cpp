@@ -2,6 +2,7 @@
 
 #include "common/baskelcontrols.h"
 #include "common/fieldcontrol.h"
+#include "forms/units.h"
 #include "library/librarysettings.h"
 
 namespace kel {
@@ -44,8 +45,11 @@ KelCheck::KelCheck(QWidget *parent)
             sendTabKey();
     });
     setFocusProxy(Check1->widget());
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     onResize();
 }
+
+QSize KelCheck::sizeHint() const { return {twipsToPixelsX(3000), twipsToPixelsY(300)}; }
 
 void KelCheck::setState(int state)
 {

@@ -63,6 +63,9 @@ public:
     bool ValueSaved() const { return m_valueSaved; }
     void setValueSaved(bool value) { m_valueSaved = value; }
 
+    /// A Qt layout gives the check box the height of a field (300 twips); the width is the layout's.
+    QSize sizeHint() const override;
+
     /// Repaints the check box.
     Q_INVOKABLE void Refresh() { Check1->Refresh(); }
     /// Sets the tool tip of the check box and of the host's extender.

@@ -80,29 +80,11 @@ void DateTimeField::setMinValue(Date value)
         m_maxValue = m_minValue;
 }
 
-void DateTimeField::setMaxValue(const QDateTime &value)
-{
-    if (const std::optional<double> s = fromQDateTime(value))
-        setMaxValue(Date{*s});
-}
-
-void DateTimeField::setMinValue(const QDateTime &value)
-{
-    if (const std::optional<double> s = fromQDateTime(value))
-        setMinValue(Date{*s});
-}
-
-void DateTimeField::setMaxValue(QDate value)
-{
-    if (const std::optional<double> s = fromQDate(value))
-        setMaxValue(Date{*s});
-}
-
-void DateTimeField::setMinValue(QDate value)
-{
-    if (const std::optional<double> s = fromQDate(value))
-        setMinValue(Date{*s});
-}
+// The same through the one mapping of plain values: an invalid date is no bound.
+void DateTimeField::setMaxValue(const QDateTime &value) { setPlainMaxValue(value); }
+void DateTimeField::setMinValue(const QDateTime &value) { setPlainMinValue(value); }
+void DateTimeField::setMaxValue(QDate value) { setPlainMaxValue(value); }
+void DateTimeField::setMinValue(QDate value) { setPlainMinValue(value); }
 
 void DateTimeField::setPlainMaxValue(const QVariant &value)
 {
