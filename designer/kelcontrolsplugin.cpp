@@ -58,6 +58,13 @@ const Description *description(const QString &className)
 constexpr double kDefaultWidthTwips = 3000;
 constexpr double kDefaultHeightTwips = 300;
 
+// On a form being designed a control shows a caption: its name where first-time set-up gives it none.
+void showNameAsCaption(UserControl *control)
+{
+    if (auto *field = qobject_cast<FieldControl *>(control); field && field->Caption().isEmpty())
+        field->setCaption(field->objectName());
+}
+
 // A caption that shows the control's name (as a newly placed control's does) follows the name
 // when Designer makes it unique or the user renames the control.
 void captionFollowsName(FieldControl *control)
@@ -166,6 +173,7 @@ QString KelWidgetInterface::domXml() const
     xml.writeAttribute(u"name"_s, objectName);
     if (control) {
         control->InitProperties();
+        showNameAsCaption(control);
         control->setHeight(kDefaultHeightTwips);
         control->setWidth(kDefaultWidthTwips);
         xml.writeStartElement(u"property"_s);

@@ -461,9 +461,10 @@ QVariant toQVariant(const Variant &v, QtDateForm form)
     const double serial = v.get<Date>()->serial;
     if (!isValidDaySerial(serial))
         return form == QtDateForm::Time ? QVariant(QTime()) : QVariant(QDate());
-    if (form == QtDateForm::Time)
+    // What would lose a day or a time of day reads as a date or a date-time.
+    if (form == QtDateForm::Time && serial >= 0 && serial < 1)
         return toQDateTime(serial).time();
-    if (form == QtDateForm::Date || serial == std::floor(serial))
+    if (serial == std::floor(serial))
         return toQDate(serial);
     return toQDateTime(serial);
 }

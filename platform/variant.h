@@ -118,8 +118,8 @@ KEL_EXPORT bool parseClassicNumber(const QString &text, QChar decimalSep, QChar 
 /// How a date reads back as a plain QVariant.
 enum class QtDateForm {
     DateOrDateTime, ///< QDate for a whole day, QDateTime when it has a time of day
-    Date,           ///< QDate: only the day counts
-    Time,           ///< QTime: only the time of day counts
+    Date,           ///< the same, for the date field (whose values are whole days): nothing is lost
+    Time,           ///< QTime for a time of day (0 <= serial < 1); any other serial as a date
 };
 
 /// The plain QVariant a Qt property gives for a value: Empty is an invalid QVariant, Null

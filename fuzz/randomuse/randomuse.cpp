@@ -1,6 +1,7 @@
 #include "randomuse.h"
 
 #include "controls/combo/kelcombo.h"
+#include "controls/datetime/datetimefield.h"
 #include "controls/kelcontrols8.h"
 #include "forms/child.h"
 #include "forms/units.h"
@@ -884,8 +885,12 @@ private:
             for (const char *pair : {"Original", "Saved"}) {
                 const QByteArray flag = pair == QByteArrayView("Original") ? "Changed" : "ChangedSaved";
                 const bool changed = c->property(flag.constData()).toBool();
-                const Variant value = toKel(c->property("Value"));
-                const Variant reference = toKel(c->property(QByteArray("Value") + pair));
+                // The date and time fields' references hold what the host put, to the last bit; Qt's
+                // property system shows them to the millisecond. Changed answers for the former.
+                auto *dt = qobject_cast<DateTimeField *>(c);
+                const Variant value = dt ? dt->Value() : toKel(c->property("Value"));
+                const Variant reference = !dt ? toKel(c->property(QByteArray("Value") + pair))
+                        : pair == QByteArrayView("Original") ? dt->ValueOriginal() : dt->ValueSaved();
                 if (changed != changedFrom(reference, value))
                     return failed(u"changed"_qs, QStringLiteral("%1 is %2 for Value %3 against Value%4 %5")
                                                      .arg(QString::fromLatin1(flag)).arg(changed)
