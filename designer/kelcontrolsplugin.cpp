@@ -65,18 +65,6 @@ void showNameAsCaption(UserControl *control)
         field->setCaption(field->objectName());
 }
 
-// A caption that shows the control's name (as a newly placed control's does) follows the name
-// when Designer makes it unique or the user renames the control.
-void captionFollowsName(FieldControl *control)
-{
-    auto name = std::make_shared<QString>(control->objectName());
-    QObject::connect(control, &QObject::objectNameChanged, control, [control, name](const QString &now) {
-        if (!name->isEmpty() && control->Caption() == *name)
-            control->setCaption(now);
-        *name = now;
-    });
-}
-
 } // namespace
 
 KelWidgetInterface::KelWidgetInterface(const QString &className, QObject *parent)
@@ -141,8 +129,6 @@ QWidget *KelWidgetInterface::createWidget(QWidget *parent)
         return w;
     control->setAmbientUserMode(false);
     control->InitProperties();
-    if (auto *field = qobject_cast<FieldControl *>(control))
-        captionFollowsName(field);
     // A bar that was never given a value is an empty box; on the form it shows what it will look like.
     if (auto *bar = qobject_cast<KelProgressBar *>(control)) {
         bar->Start(); // no time remaining yet
