@@ -2,6 +2,7 @@
 
 #include "common/baskelcontrols.h"
 #include "common/fieldaccessible.h"
+#include "forms/captionalign.h"
 #include "forms/units.h"
 #include "library/dispatch.h"
 
@@ -19,14 +20,19 @@ FieldControl::FieldControl(QWidget *parent)
 QSize FieldControl::sizeHint() const
 {
     const double strip = layoutRules().strip;
-    // A field for about a dozen characters, as a stock line edit offers.
+    // A field for about a dozen characters, as a stock line edit offers; three lines for a field
+    // that may grow.
+    const double twips = sizePolicy().verticalPolicy() == QSizePolicy::Fixed ? 300 : 900;
     return {twipsToPixelsX(Label1->Width() + strip) + activeField()->widget()->fontMetrics().averageCharWidth() * 14 + 8,
-            minimumSizeHint().height() * (qobject_cast<QPlainTextEdit *>(activeField()->widget()) ? 3 : 1)};
+            twipsToPixelsY(twips)};
 }
 
 QSize FieldControl::minimumSizeHint() const
 {
-    return {twipsToPixelsX(Label1->Width() + 100 + layoutRules().strip), twipsToPixelsY(300)};
+    const double strip = layoutRules().strip;
+    // A field for about a dozen characters, as a stock line edit offers.
+    return {twipsToPixelsX(Label1->Width() + strip) + activeField()->widget()->fontMetrics().averageCharWidth() * 14 + 8,
+            minimumSizeHint().height() * (qobject_cast<QPlainTextEdit *>(activeField()->widget()) ? 3 : 1)};
 }
 
 void FieldControl::setCaption(const QString &caption)
@@ -128,6 +134,7 @@ void FieldControl::layout()
     activeField()->Move(Label1->Width(), 0, fieldWidth, ScaleHeight());
     if (rules.strip > 0)
         layoutStrip(ScaleWidth() - rules.strip, rules.strip);
+    alignCaptionText(Label1, activeField());
     --m_loadingDepth;
 }
 
@@ -232,6 +239,8 @@ void FieldControl::onShow()
     }
     for (Child *f : fields())
         f->setToolTipText(ExtenderToolTipText());
+    // The fonts may have changed the lines.
+    alignCaptionText(Label1, activeField());
 }
 
 } // namespace kel

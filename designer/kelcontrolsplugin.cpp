@@ -2,7 +2,9 @@
 
 #include "persisted.h"
 
+#include "common/fieldcontrol.h"
 #include "controls/kelcontrols8.h"
+#include "controls/progress/kelprogressbar.h"
 #include "forms/units.h"
 #include "library/typemodel.h"
 
@@ -55,6 +57,13 @@ const Description *description(const QString &className)
 
 constexpr double kDefaultWidthTwips = 3000;
 constexpr double kDefaultHeightTwips = 300;
+
+// On a form being designed a control shows a caption: its name where first-time set-up gives it none.
+void showNameAsCaption(UserControl *control)
+{
+    if (auto *field = qobject_cast<FieldControl *>(control); field && field->Caption().isEmpty())
+        field->setCaption(field->objectName());
+}
 
 } // namespace
 
@@ -115,8 +124,16 @@ void KelWidgetInterface::initialize(QDesignerFormEditorInterface *core)
 QWidget *KelWidgetInterface::createWidget(QWidget *parent)
 {
     QWidget *w = qobject_cast<QWidget *>(createObject(m_className, parent));
-    if (auto *control = qobject_cast<UserControl *>(w); control && m_inDesigner)
-        control->InitProperties();
+    auto *control = qobject_cast<UserControl *>(w);
+    if (!control || !m_inDesigner)
+        return w;
+    control->setAmbientUserMode(false);
+    control->InitProperties();
+    // A bar that was never given a value is an empty box; on the form it shows what it will look like.
+    if (auto *bar = qobject_cast<KelProgressBar *>(control)) {
+        bar->Start(); // no time remaining yet
+        bar->setValue(bar->Min() + (bar->Max() - bar->Min()) / 2);
+    }
     return w;
 }
 
@@ -128,6 +145,8 @@ QString KelWidgetInterface::domXml() const
     auto *control = qobject_cast<UserControl *>(object.get());
     QString objectName = m_className;
     objectName[0] = objectName[0].toLower();
+    // Named first: a newly placed control's caption is its name.
+    object->setObjectName(objectName);
 
     QString text;
     QXmlStreamWriter xml(&text);
@@ -140,6 +159,7 @@ QString KelWidgetInterface::domXml() const
     xml.writeAttribute(u"name"_s, objectName);
     if (control) {
         control->InitProperties();
+        showNameAsCaption(control);
         control->setHeight(kDefaultHeightTwips);
         control->setWidth(kDefaultWidthTwips);
         xml.writeStartElement(u"property"_s);
@@ -166,7 +186,14 @@ QString KelWidgetInterface::domXml() const
 KelControlsPlugin::KelControlsPlugin(QObject *parent) : QObject(parent)
 {
     registerKelControls8();
-    for (const QString &name : ClassFactory::classNames()) {
+    QStringList names = ClassFactory::classNames();
+    // The widget box keeps this order: the described controls as listed above, then any other.
+    const auto rank = [](const QString &name) {
+        const Description *d = description(name);
+        return d ? d - std::begin(kDescriptions) : std::size(kDescriptions);
+    };
+    std::stable_sort(names.begin(), names.end(), [&](const QString &a, const QString &b) { return rank(a) < rank(b); });
+    for (const QString &name : names) {
         const typemodel::ClassInfo *cls = typemodel::findClass(name);
         if (cls && cls->isControl)
             m_widgets << new KelWidgetInterface(name, this);

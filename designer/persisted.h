@@ -7,6 +7,7 @@
 #include "platform/propertybag.h"
 
 #include <QDateTime>
+#include <QMetaEnum>
 #include <QMetaProperty>
 #include <QVariant>
 #include <QXmlStreamWriter>
@@ -60,62 +61,68 @@ inline std::vector<PersistedProperty> persistedProperties(const QString &classNa
     return std::move(bag.read);
 }
 
-// A value as .ui files, QUiLoader and uic code carry it: bool, int, double, QString, QDateTime,
-// or an invalid QVariant for Empty and Null.
-inline QVariant plainValue(const Variant &v)
-{
-    switch (v.type()) {
-    case Variant::Type::Boolean: return v.toBool();
-    case Variant::Type::Integer:
-    case Variant::Type::Long: return int(v.toInt32());
-    case Variant::Type::Double: return v.toDouble();
-    case Variant::Type::String: return v.toString();
-    case Variant::Type::Date: return QVariant::fromValue(v).toDateTime();
-    default: return {};
-    }
-}
-
+// A value as .ui files, QUiLoader and uic code carry it: bool, int, double, QString, QDate, QTime,
+// QDateTime, an enumeration, or an invalid QVariant for Empty and Null (which a .ui cannot hold).
 inline QVariant plainValue(const QVariant &q)
 {
-    if (q.metaType() == QMetaType::fromType<Variant>())
-        return plainValue(q.value<Variant>());
+    if (q.metaType() == QMetaType::fromType<std::nullptr_t>())
+        return {};
     if (q.metaType() == QMetaType::fromType<qint16>())
         return q.toInt();
     return q;
 }
 
+inline QVariant plainValue(const Variant &v) { return plainValue(toQVariant(v)); }
+
 // <property name="..."> with a value of plainValue() in Designer's own notation.
 inline void writeUiProperty(QXmlStreamWriter &xml, const QString &name, const QVariant &value)
 {
     using namespace Qt::StringLiterals;
+    const auto dateParts = [&](QDate d) {
+        xml.writeTextElement(u"year"_s, QString::number(d.year()));
+        xml.writeTextElement(u"month"_s, QString::number(d.month()));
+        xml.writeTextElement(u"day"_s, QString::number(d.day()));
+    };
+    const auto timeParts = [&](QTime t) {
+        xml.writeTextElement(u"hour"_s, QString::number(t.hour()));
+        xml.writeTextElement(u"minute"_s, QString::number(t.minute()));
+        xml.writeTextElement(u"second"_s, QString::number(t.second()));
+    };
     xml.writeStartElement(u"property"_s);
     xml.writeAttribute(u"name"_s, name);
     switch (value.metaType().id()) {
     case QMetaType::Bool: xml.writeTextElement(u"bool"_s, value.toBool() ? u"true"_s : u"false"_s); break;
     case QMetaType::Int: xml.writeTextElement(u"number"_s, QString::number(value.toInt())); break;
     case QMetaType::Double: xml.writeTextElement(u"double"_s, QString::number(value.toDouble(), 'g', 17)); break;
-    case QMetaType::QDateTime: {
-        const QDateTime dt = value.toDateTime();
+    case QMetaType::QDate:
+        xml.writeStartElement(u"date"_s);
+        dateParts(value.toDate());
+        xml.writeEndElement();
+        break;
+    case QMetaType::QDateTime:
         xml.writeStartElement(u"datetime"_s);
-        xml.writeTextElement(u"hour"_s, QString::number(dt.time().hour()));
-        xml.writeTextElement(u"minute"_s, QString::number(dt.time().minute()));
-        xml.writeTextElement(u"second"_s, QString::number(dt.time().second()));
-        xml.writeTextElement(u"year"_s, QString::number(dt.date().year()));
-        xml.writeTextElement(u"month"_s, QString::number(dt.date().month()));
-        xml.writeTextElement(u"day"_s, QString::number(dt.date().day()));
+        timeParts(value.toDateTime().time());
+        dateParts(value.toDateTime().date());
         xml.writeEndElement();
         break;
-    }
-    case QMetaType::QTime: {
-        const QTime t = value.toTime();
+    case QMetaType::QTime:
         xml.writeStartElement(u"time"_s);
-        xml.writeTextElement(u"hour"_s, QString::number(t.hour()));
-        xml.writeTextElement(u"minute"_s, QString::number(t.minute()));
-        xml.writeTextElement(u"second"_s, QString::number(t.second()));
+        timeParts(value.toTime());
         xml.writeEndElement();
         break;
-    }
-    default: xml.writeTextElement(u"string"_s, value.toString()); break;
+    default:
+        if (const QMetaObject *scope = value.metaType().metaObject();
+            scope && value.metaType().flags().testFlag(QMetaType::IsEnumeration)) {
+            // Qualified by its class, as uic needs it.
+            QByteArray enumName = value.metaType().name();
+            enumName = enumName.mid(enumName.lastIndexOf(':') + 1);
+            const QMetaEnum e = scope->enumerator(scope->indexOfEnumerator(enumName.constData()));
+            xml.writeTextElement(u"enum"_s, QLatin1StringView(scope->className()) + u"::"_s
+                                                 + QLatin1StringView(e.valueToKey(value.toInt())));
+            break;
+        }
+        xml.writeTextElement(u"string"_s, value.toString());
+        break;
     }
     xml.writeEndElement();
 }

@@ -6,11 +6,30 @@
 #include "platform/liveobjects.h"
 #include "platform/propertybag.h"
 
+#include <QVariant>
 #include <QWidget>
 
 namespace kel {
 
 class Child;
+
+/// What a property read last time it was announced: `moved` is true, once, when it reads otherwise
+/// now. Lets a control emit a Qt NOTIFY signal from every place that may change a value, without
+/// announcing a value that did not move.
+class PropertyWatch
+{
+public:
+    bool moved(const QVariant &now)
+    {
+        if (now.metaType() == m_last.metaType() && now == m_last)
+            return false;
+        m_last = now;
+        return true;
+    }
+
+private:
+    QVariant m_last;
+};
 
 /// The base of every control: what a host's form container drives and sees of it.
 class KEL_EXPORT UserControl : public QWidget
@@ -53,6 +72,11 @@ public:
     /// In a layout: an inch wide and 300 twips high, the height fixed.
     QSize sizeHint() const override;
 
+    /// The container's ambient UserMode: true on a running form, false on a form being designed,
+    /// where a value without a type reads in the type a designer edits it with.
+    bool AmbientUserMode() const { return m_userMode; }
+    void setAmbientUserMode(bool userMode) { m_userMode = userMode; }
+
     /// Whether the focus is in one of the control's child widgets.
     bool focusInside() const { return m_focusInside; }
 
@@ -84,6 +108,7 @@ private:
 
     double m_widthTwips = 0, m_heightTwips = 0;
     bool m_focusInside = false;
+    bool m_userMode = true;
     qint32 m_handle;
     LiveObject m_live;
 };

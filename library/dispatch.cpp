@@ -74,18 +74,13 @@ QString convert(const Variant &v, VType t, QVariant *out)
     return ok ? QString() : QStringLiteral("Type mismatch");
 }
 
-Variant fromQVariant(const QVariant &q)
+// What a property or method gave, as a dispatch value; enumerations read as their number.
+Variant readBack(const QVariant &q)
 {
-    const QMetaType mt = q.metaType();
-    if (mt == QMetaType::fromType<Variant>()) return q.value<Variant>();
-    if (mt == QMetaType::fromType<QString>()) return q.toString();
-    if (mt == QMetaType::fromType<bool>()) return q.toBool();
-    if (mt == QMetaType::fromType<qint16>()) return q.value<qint16>();
-    if (mt == QMetaType::fromType<double>()) return q.toDouble();
-    if (mt == QMetaType::fromType<Date>()) return q.value<Date>();
-    if (mt == QMetaType::fromType<QDateTime>() || mt == QMetaType::fromType<QTime>()) return q.value<Variant>();
-    if (mt == QMetaType::fromType<std::shared_ptr<QObject>>()) return q.value<std::shared_ptr<QObject>>();
-    if (q.canConvert<qint32>()) return q.value<qint32>();
+    if (const std::optional<Variant> v = fromQVariant(q))
+        return *v;
+    if (q.canConvert<qint32>())
+        return q.value<qint32>();
     return {};
 }
 
@@ -125,7 +120,7 @@ DispatchResult invokeMember(QObject *object, const ClassInfo &cls, const Member 
     if (m.access != Access::Method && propIndex >= 0) {
         if (!args.empty())
             return fail(&cls, m.name, QStringLiteral("wrong number of arguments"));
-        return {true, {}, fromQVariant(mo->property(propIndex).read(object))};
+        return {true, {}, readBack(mo->property(propIndex).read(object))};
     }
 
     const size_t required = std::count_if(m.args.begin(), m.args.end(), [](const Argument &a) { return !a.optional; });
@@ -160,8 +155,8 @@ DispatchResult invokeMember(QObject *object, const ClassInfo &cls, const Member 
     QMetaObject::metacall(object, QMetaObject::InvokeMetaMethod, method.methodIndex(), argv.data());
     for (size_t i = 0; i < args.size(); ++i)
         if (m.args[i].byRef)
-            args[i] = fromQVariant(storage[i]);
-    return {true, {}, ret.isValid() ? fromQVariant(ret) : Variant()};
+            args[i] = readBack(storage[i]);
+    return {true, {}, ret.isValid() ? readBack(ret) : Variant()};
 }
 
 // A failing service of the run-time object surfaces as an error result, never as a crash.

@@ -262,6 +262,7 @@ QString Variant::debugString() const
 
 #include <QDateTime>
 #include <QTime>
+#include <QVariant>
 
 namespace kel {
 
@@ -443,6 +444,75 @@ void registerAll()
 }
 
 } // namespace
+
+QVariant toQVariant(const Variant &v, QtDateForm form)
+{
+    switch (v.type()) {
+    case Variant::Type::Empty: return {};
+    case Variant::Type::Null: return QVariant::fromValue(nullptr);
+    case Variant::Type::Boolean: return *v.get<bool>();
+    case Variant::Type::Integer: return *v.get<qint16>();
+    case Variant::Type::Long: return int(*v.get<qint32>());
+    case Variant::Type::Double: return *v.get<double>();
+    case Variant::Type::String: return *v.get<QString>();
+    case Variant::Type::Object: return QVariant::fromValue(v.toObject());
+    case Variant::Type::Date: break;
+    }
+    const double serial = v.get<Date>()->serial;
+    if (!isValidDaySerial(serial))
+        return form == QtDateForm::Time ? QVariant(QTime()) : QVariant(QDate());
+    // What would lose a day or a time of day reads as a date or a date-time.
+    if (form == QtDateForm::Time && serial >= 0 && serial < 1)
+        return toQDateTime(serial).time();
+    if (serial == std::floor(serial))
+        return toQDate(serial);
+    return toQDateTime(serial);
+}
+
+std::optional<Variant> fromQVariant(const QVariant &q)
+{
+    const QMetaType t = q.metaType();
+    const auto date = [](std::optional<double> s) { return s ? Variant(Date{*s}) : Variant(Null); };
+    switch (t.id()) {
+    case QMetaType::UnknownType: return Variant();
+    case QMetaType::Nullptr: return Variant(Null);
+    case QMetaType::Bool: return q.toBool();
+    case QMetaType::Short: return q.value<qint16>();
+    case QMetaType::Char: case QMetaType::SChar: case QMetaType::UChar: case QMetaType::UShort:
+    case QMetaType::Int: case QMetaType::UInt: case QMetaType::Long:
+    case QMetaType::LongLong: {
+        const qlonglong n = q.toLongLong();
+        return std::in_range<qint32>(n) ? Variant(qint32(n)) : Variant(double(n));
+    }
+    case QMetaType::ULong: case QMetaType::ULongLong: {
+        const qulonglong n = q.toULongLong();
+        return std::in_range<qint32>(n) ? Variant(qint32(n)) : Variant(double(n));
+    }
+    case QMetaType::Float: case QMetaType::Double: return q.toDouble();
+    case QMetaType::QString: return q.toString();
+    case QMetaType::QDate: return date(fromQDate(q.toDate()));
+    case QMetaType::QDateTime: return date(fromQDateTime(q.toDateTime()));
+    case QMetaType::QTime: return date(fromQTime(q.toTime()));
+    default: break;
+    }
+    if (t == QMetaType::fromType<Variant>())
+        return q.value<Variant>();
+    if (t == QMetaType::fromType<Date>())
+        return Variant(q.value<Date>());
+    if (t == QMetaType::fromType<std::shared_ptr<QObject>>())
+        return Variant(q.value<std::shared_ptr<QObject>>());
+    return std::nullopt;
+}
+
+std::optional<double> daySerialOf(const QVariant &q)
+{
+    if (q.metaType() == QMetaType::fromType<bool>())
+        return std::nullopt;
+    const std::optional<Variant> v = fromQVariant(q);
+    if (!v || v->type() == Variant::Type::Boolean)
+        return std::nullopt;
+    return serialOf(*v);
+}
 
 void registerVariantConverters()
 {

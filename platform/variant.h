@@ -7,9 +7,11 @@
 #include <QString>
 #include <QtGlobal>
 #include <memory>
+#include <optional>
 #include <variant>
 
 class QObject;
+class QVariant;
 
 namespace kel {
 
@@ -112,6 +114,25 @@ KEL_EXPORT bool differs(const Variant &a, const Variant &b);
 /// after, parentheses for negatives, digits with group separators, one decimal separator,
 /// an exponent, or &H / &O radix prefixes. Uses the given separators.
 KEL_EXPORT bool parseClassicNumber(const QString &text, QChar decimalSep, QChar groupSep, double *out);
+
+/// How a date reads back as a plain QVariant.
+enum class QtDateForm {
+    DateOrDateTime, ///< QDate for a whole day, QDateTime when it has a time of day
+    Date,           ///< the same, for the date field (whose values are whole days): nothing is lost
+    Time,           ///< QTime for a time of day (0 <= serial < 1); any other serial as a date
+};
+
+/// The plain QVariant a Qt property gives for a value: Empty is an invalid QVariant, Null
+/// QVariant::fromValue(nullptr); Booleans, numbers and text as bool, short, int, double and QString;
+/// a Date as `form` says (an invalid serial as an invalid QDate or QTime).
+KEL_EXPORT QVariant toQVariant(const Variant &v, QtDateForm form = QtDateForm::DateOrDateTime);
+/// The value a plain QVariant stands for: invalid is Empty, nullptr Null, QDate/QDateTime/QTime a
+/// Date (an invalid one Null); a QVariant holding a Variant or a Date gives it. Nothing for a type
+/// that means no value here (a list, a colour, ...).
+KEL_EXPORT std::optional<Variant> fromQVariant(const QVariant &q);
+/// The day serial a QVariant stands for: a number, QDate/QDateTime/QTime, a Date, ISO 8601 text or
+/// a serial as text. Nothing for anything else or a serial outside 1 January 100 .. 31 December 9999.
+KEL_EXPORT std::optional<double> daySerialOf(const QVariant &q);
 
 // Makes Variant and Date convertible to and from plain QVariants (numbers, text, booleans,
 // QDate/QDateTime/QTime, nullptr for Null), so hosts reach every property through

@@ -2,7 +2,6 @@
 
 #include "controls/combo/kelcombo.h"
 #include "controls/datetime/keltime.h"
-#include "platform/variant.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -44,16 +43,6 @@ QVariant dateTimeFromCell(QWidget *editor, const QVariant &cell)
     return QVariant::fromValue(nullptr);
 }
 
-QVariant dateTimeToCell(QWidget *editor, const Variant &v)
-{
-    if (v.isNull() || v.isEmpty())
-        return sqlNull();
-    const QVariant plain = QVariant::fromValue(v);
-    if (qobject_cast<KelTime *>(editor))
-        return plain.value<QTime>().toString(QStringLiteral("HH:mm:ss"));
-    return plain.value<QDate>().toString(Qt::ISODate);
-}
-
 // A record move sets them on every control: looked up by name once per class.
 struct References {
     QMetaProperty textSaved, textRaw, valueSaved;
@@ -80,14 +69,13 @@ QVariant cellValue(QWidget *editor)
     if (!user.isValid())
         return sqlNull();
     const QVariant value = user.read(editor);
-    if (value.metaType() != QMetaType::fromType<Variant>())
-        return value;
-    const Variant v = value.value<Variant>();
-    if (qobject_cast<DateTimeField *>(editor))
-        return dateTimeToCell(editor, v);
-    if (v.isNull() || v.isEmpty())
-        return sqlNull();
-    return v.isNumeric() ? QVariant(v.toDouble()) : QVariant(v.toString());
+    // Dates and times are stored as ISO text; Empty and Null as NULL.
+    switch (value.metaType().id()) {
+    case QMetaType::UnknownType: case QMetaType::Nullptr: return sqlNull();
+    case QMetaType::QDate: return value.toDate().toString(Qt::ISODate);
+    case QMetaType::QTime: return value.toTime().toString(QStringLiteral("HH:mm:ss"));
+    default: return value;
+    }
 }
 
 void showCell(QWidget *editor, const QVariant &cell)
@@ -98,7 +86,9 @@ void showCell(QWidget *editor, const QVariant &cell)
     else if (qobject_cast<DateTimeField *>(editor))
         user.write(editor, dateTimeFromCell(editor, cell));
     else if (user.isValid())
-        user.write(editor, cell.isNull() ? QVariant(user.metaType()) : cell);
+        // NULL as the property's empty value; an untyped property takes an invalid QVariant (Empty).
+        user.write(editor, !cell.isNull() ? cell
+                           : user.metaType() == QMetaType::fromType<QVariant>() ? QVariant() : QVariant(user.metaType()));
     // The record as loaded is what ChangedSaved measures against. The references are set from
     // what the control now holds, so a value it rounded or clamped does not count as a change.
     const References &refs = references(editor->metaObject());

@@ -2,6 +2,7 @@
 
 #include "common/baskelcontrols.h"
 #include "common/fieldcontrol.h"
+#include "forms/units.h"
 #include "library/librarysettings.h"
 
 namespace kel {
@@ -32,6 +33,7 @@ KelCheck::KelCheck(QWidget *parent)
     connect(Check1, &Child::Click, this, [this] {
         if (m_eventDepth == 0)
             emit Change();
+        notifyValue();
     });
     connect(Check1, &Child::KeyPress, this, [](int &keyAscii) {
         if (keyAscii != 13)
@@ -51,6 +53,13 @@ void KelCheck::setState(int state)
     ++m_eventDepth;
     Check1->setValue(state);
     --m_eventDepth;
+    notifyValue();
+}
+
+void KelCheck::notifyValue()
+{
+    if (m_valueWatch.moved(Value()))
+        emit ValueChanged();
 }
 
 void KelCheck::setCaption(const QString &caption)

@@ -20,7 +20,7 @@ class KEL_EXPORT KelCheck : public UserControl
     Q_PROPERTY(bool Locked READ Locked WRITE setLocked)
     Q_PROPERTY(bool Mandatory READ Mandatory WRITE setMandatory)
     Q_PROPERTY(bool Valid READ Valid DESIGNABLE false)
-    Q_PROPERTY(bool Value READ Value WRITE setValue USER true)
+    Q_PROPERTY(bool Value READ Value WRITE setValue NOTIFY ValueChanged USER true)
     Q_PROPERTY(bool ValueOriginal READ ValueOriginal WRITE setValueOriginal DESIGNABLE false)
     Q_PROPERTY(bool ValueSaved READ ValueSaved WRITE setValueSaved DESIGNABLE false)
 
@@ -71,6 +71,8 @@ public:
 signals:
     /// The state changed by the user (never by Value or by loading).
     void Change();
+    /// Value moved, clicked or set by code (Qt's notification; Change keeps its own rules).
+    void ValueChanged();
 
 protected:
     void onInitProperties() override;
@@ -83,6 +85,7 @@ protected:
 private:
     void setState(int state);
     void showTextColour();
+    void notifyValue();
 
     bool m_mandatory = true;
     bool m_enabled = true;
@@ -90,6 +93,7 @@ private:
     bool m_valueOriginal = false;
     bool m_valueSaved = false;
     qint16 m_eventDepth = 0;
+    PropertyWatch m_valueWatch;
 };
 
 } // namespace kel

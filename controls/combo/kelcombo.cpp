@@ -57,6 +57,8 @@ KelCombo::KelCombo(QWidget *parent)
 {
     connect(Combo1, &Child::Change, this, &KelCombo::comboChange);
     connect(Combo1, &Child::Click, this, &KelCombo::comboClick);
+    connect(Combo1, &Child::Change, this, &KelCombo::notifyChanges);
+    connect(Combo1, &Child::Click, this, &KelCombo::notifyChanges);
     connect(Combo1, &Child::KeyDown, this, [this](int &code, int) { keyDown(code); });
     connect(Combo1, &Child::KeyPress, this, &KelCombo::keyPress);
     connect(Combo1, &Child::GotFocus, this, [this] {
@@ -102,6 +104,7 @@ void KelCombo::setLimitToList(bool limit)
     if (Combo1->ListIndex() == -1)
         Combo1->setText(QString());
     --m_selectionDepth;
+    notifyChanges();
 }
 
 QString KelCombo::List()
@@ -158,6 +161,7 @@ void KelCombo::setListIndex(qint16 index)
     --m_selectionDepth;
     m_refusedText.reset();
     m_textOriginal = Combo1->Text();
+    notifyChanges();
 }
 
 QString KelCombo::ListItem(qint16 Item) const
@@ -218,6 +222,16 @@ void KelCombo::setText(const QString &text)
         m_refusedText = text;
     else
         m_refusedText.reset();
+    notifyChanges();
+}
+
+void KelCombo::notifyChanges()
+{
+    // The raw text: reading Text would settle what the user is typing.
+    if (m_textWatch.moved(Combo1->Text()))
+        emit TextChanged();
+    if (m_indexWatch.moved(ListIndex()))
+        emit ListIndexChanged();
 }
 
 bool KelCombo::Valid() const
@@ -353,6 +367,7 @@ void KelCombo::settleText()
     else if (m_mandatory)
         showText(m_textOriginal); // a host may have put a TextOriginal that is no item
     --m_selectionDepth;
+    notifyChanges();
 }
 
 FieldControl::LayoutRules KelCombo::layoutRules() const
@@ -383,6 +398,7 @@ void KelCombo::onInitProperties()
     Combo1->setListIndex(-1);
     Combo1->setText(QString());
     --m_selectionDepth;
+    notifyChanges();
 }
 
 void KelCombo::onReadProperties(PropertyBag &bag)

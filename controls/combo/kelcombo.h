@@ -20,10 +20,10 @@ class KEL_EXPORT KelCombo : public FieldControl
     Q_PROPERTY(bool LimitToList READ LimitToList WRITE setLimitToList)
     Q_PROPERTY(QString List READ List WRITE setList)
     Q_PROPERTY(qint32 ListCount READ ListCount DESIGNABLE false)
-    Q_PROPERTY(qint16 ListIndex READ ListIndex WRITE setListIndex DESIGNABLE false)
+    Q_PROPERTY(qint16 ListIndex READ ListIndex WRITE setListIndex NOTIFY ListIndexChanged DESIGNABLE false)
     Q_PROPERTY(QString ListTag READ ListTag WRITE setListTag)
     Q_PROPERTY(int MaxLength READ MaxLength WRITE setMaxLength)
-    Q_PROPERTY(QString Text READ Text WRITE setText USER true)
+    Q_PROPERTY(QString Text READ Text WRITE setText NOTIFY TextChanged USER true)
     Q_PROPERTY(QString TextOriginal READ TextOriginal WRITE setTextOriginal DESIGNABLE false)
     Q_PROPERTY(QString TextSaved READ TextSaved WRITE setTextSaved DESIGNABLE false)
     Q_PROPERTY(bool Valid READ Valid DESIGNABLE false)
@@ -85,6 +85,10 @@ signals:
     void Click();
     /// The field's text changed by the user (after ChangeEx, and after Click for a pick).
     void Change();
+    /// Text or ListIndex moved, typed, picked or set by code (Qt's notifications; the events
+    /// above keep their own rules).
+    void TextChanged();
+    void ListIndexChanged();
 
 protected:
     std::vector<Child *> fields() const override { return {Combo1}; }
@@ -110,6 +114,7 @@ private:
     void showText(const QString &text);
     int findExact(const QString &text) const;
     void replaceItems(QStringList items);
+    void notifyChanges();
 
     qint32 m_dropDownWidth = 0;
     qint16 m_maxLength = 0;
@@ -121,6 +126,8 @@ private:
     QString m_textSaved;
     // A text put refused for want of its item, until the list or the limit lets it stand.
     std::optional<QString> m_refusedText;
+    PropertyWatch m_textWatch;
+    PropertyWatch m_indexWatch;
 };
 
 } // namespace kel

@@ -80,15 +80,21 @@ void DateTimeField::setMinValue(Date value)
         m_maxValue = m_minValue;
 }
 
-void DateTimeField::setMaxValue(const QDateTime &value)
+// The same through the one mapping of plain values: an invalid date is no bound.
+void DateTimeField::setMaxValue(const QDateTime &value) { setPlainMaxValue(value); }
+void DateTimeField::setMinValue(const QDateTime &value) { setPlainMinValue(value); }
+void DateTimeField::setMaxValue(QDate value) { setPlainMaxValue(value); }
+void DateTimeField::setMinValue(QDate value) { setPlainMinValue(value); }
+
+void DateTimeField::setPlainMaxValue(const QVariant &value)
 {
-    if (const std::optional<double> s = fromQDateTime(value))
+    if (const std::optional<double> s = daySerialOf(value))
         setMaxValue(Date{*s});
 }
 
-void DateTimeField::setMinValue(const QDateTime &value)
+void DateTimeField::setPlainMinValue(const QVariant &value)
 {
-    if (const std::optional<double> s = fromQDateTime(value))
+    if (const std::optional<double> s = daySerialOf(value))
         setMinValue(Date{*s});
 }
 
@@ -145,14 +151,55 @@ void DateTimeField::setValue(const Variant &value)
     }
     m_valueOriginal = m_value;
     m_textDirty = false;
+    notifyValue();
 }
 
 void DateTimeField::setValue(const QDateTime &value)
 {
-    if (const std::optional<double> s = fromQDateTime(value))
-        setValue(Date{*s});
-    else
-        setValue(Null);
+    setValue(fromQVariant(value).value_or(Null));
+}
+
+void DateTimeField::setValue(QDate value)
+{
+    setValue(fromQVariant(value).value_or(Null));
+}
+
+void DateTimeField::setValue(QTime value)
+{
+    setValue(fromQVariant(value).value_or(Null));
+}
+
+QVariant DateTimeField::plainValue()
+{
+    const Variant v = Value();
+    // Designer offers no editor for a value of no type.
+    if (!AmbientUserMode() && (v.isEmpty() || v.isNull()))
+        return dateForm() == QtDateForm::Time ? QVariant(QTime()) : QVariant(QDate());
+    return toQVariant(v, dateForm());
+}
+
+void DateTimeField::setPlainValue(const QVariant &value)
+{
+    if (const std::optional<Variant> v = fromQVariant(value))
+        setValue(*v);
+}
+
+void DateTimeField::setPlainValueOriginal(const QVariant &value)
+{
+    if (const std::optional<Variant> v = fromQVariant(value))
+        m_valueOriginal = *v;
+}
+
+void DateTimeField::setPlainValueSaved(const QVariant &value)
+{
+    if (const std::optional<Variant> v = fromQVariant(value))
+        m_valueSaved = *v;
+}
+
+void DateTimeField::notifyValue()
+{
+    if (m_valueWatch.moved(toQVariant(m_value, dateForm())))
+        emit ValueChanged();
 }
 
 FieldControl::LayoutRules DateTimeField::layoutRules() const
@@ -200,14 +247,10 @@ void DateTimeField::commitText()
     if (Text1->Locked())
         return;
     const std::optional<double> v = parse(Text1->Text());
-    if (!v) {
-        m_value = Null;
-        showText(QString());
-        return;
-    }
     // Pinned after the clamp, so a pinned day may lie outside the range again.
-    m_value = Date{pinned(clamped(*v))};
-    showText(formatted(m_value.get<Date>()->serial));
+    m_value = v ? Variant(Date{pinned(clamped(*v))}) : Variant(Null);
+    showText(v ? formatted(m_value.get<Date>()->serial) : QString());
+    notifyValue();
 }
 
 void DateTimeField::formatChanged()
@@ -223,6 +266,7 @@ void DateTimeField::formatChanged()
     if (const Date *d = m_value.get<Date>()) {
         m_value = Date{pinned(clamped(d->serial))};
         showText(formatted(m_value.get<Date>()->serial));
+        notifyValue();
     }
 }
 
@@ -230,6 +274,7 @@ void DateTimeField::finishStep(double value, const QString &shown, int caret, bo
 {
     m_value = Date{value};
     showText(shown);
+    notifyValue();
     if (focus)
         Text1->SetFocus();
     Text1->setSelStart(caret);

@@ -19,12 +19,14 @@ class KEL_EXPORT DateTimeField : public SpinField
     Q_PROPERTY(bool Enabled READ Enabled WRITE setEnabled)
     Q_PROPERTY(QString Format READ Format WRITE setFormat)
     Q_PROPERTY(bool Locked READ Locked WRITE setLocked)
-    // Plain date-times, so that Designer edits the bounds and uic code passes what it writes.
-    Q_PROPERTY(QDateTime MaxValue READ maxDateTime WRITE setMaxValue)
-    Q_PROPERTY(QDateTime MinValue READ minDateTime WRITE setMinValue)
-    Q_PROPERTY(kel::Variant Value READ Value WRITE setValue USER true)
-    Q_PROPERTY(kel::Variant ValueOriginal READ ValueOriginal WRITE setValueOriginal DESIGNABLE false)
-    Q_PROPERTY(kel::Variant ValueSaved READ ValueSaved WRITE setValueSaved DESIGNABLE false)
+    // Plain values: a QDate (date field) or QTime (time field); Empty reads as an invalid QVariant,
+    // Null as a nullptr. Bounds also take a day serial and ISO text, so Designer edits them as dates
+    // or times and uic code passes what it writes.
+    Q_PROPERTY(QVariant MaxValue READ plainMaxValue WRITE setPlainMaxValue)
+    Q_PROPERTY(QVariant MinValue READ plainMinValue WRITE setPlainMinValue)
+    Q_PROPERTY(QVariant Value READ plainValue WRITE setPlainValue NOTIFY ValueChanged USER true)
+    Q_PROPERTY(QVariant ValueOriginal READ plainValueOriginal WRITE setPlainValueOriginal DESIGNABLE false)
+    Q_PROPERTY(QVariant ValueSaved READ plainValueSaved WRITE setPlainValueSaved DESIGNABLE false)
 
 public:
     /// The value differs from ValueOriginal (typed text is committed first); a Null reference
@@ -42,13 +44,15 @@ public:
     /// Upper bound, applied when the text is committed or stepped; a lower MinValue follows it.
     Date MaxValue() const { return {m_maxValue}; }
     void setMaxValue(Date value);
-    /// The same as a date-time; an invalid one is ignored.
+    /// The same as a date-time or a date; an invalid one is ignored.
     void setMaxValue(const QDateTime &value);
+    void setMaxValue(QDate value);
     QDateTime maxDateTime() const;
     /// Lower bound; a higher MaxValue follows it.
     Date MinValue() const { return {m_minValue}; }
     void setMinValue(Date value);
     void setMinValue(const QDateTime &value);
+    void setMinValue(QDate value);
     QDateTime minDateTime() const;
     /// False when the field holds no valid value or one out of range; with ShowMessage a message
     /// box says why and the focus returns to the field. Changes nothing.
@@ -57,8 +61,11 @@ public:
     Variant Value();
     /// Text, a Date or a day serial; what is no value gives Null. Not clamped; raises nothing.
     void setValue(const Variant &value);
-    /// The same as a date-time, as generated form code passes it; an invalid one gives Null.
+    /// The same as a date-time, a date or a time, as generated form code passes it; an invalid one
+    /// gives Null.
     void setValue(const QDateTime &value);
+    void setValue(QDate value);
+    void setValue(QTime value);
     /// What Changed compares against: the value set from code or last stepped to.
     Variant ValueOriginal() const { return m_valueOriginal; }
     void setValueOriginal(const Variant &value) { m_valueOriginal = value; }
@@ -66,9 +73,23 @@ public:
     Variant ValueSaved() const { return m_valueSaved; }
     void setValueSaved(const Variant &value) { m_valueSaved = value; }
 
+    /// Value, ValueOriginal, ValueSaved and the bounds as Qt's property system gives and takes
+    /// them: plain QVariants (see toQVariant and fromQVariant). A bound that is no date is ignored.
+    QVariant plainValue();
+    void setPlainValue(const QVariant &value);
+    QVariant plainValueOriginal() const { return toQVariant(m_valueOriginal, dateForm()); }
+    void setPlainValueOriginal(const QVariant &value);
+    QVariant plainValueSaved() const { return toQVariant(m_valueSaved, dateForm()); }
+    void setPlainValueSaved(const QVariant &value);
+    QVariant plainMaxValue() const { return toQVariant(Date{m_maxValue}, dateForm()); }
+    void setPlainMaxValue(const QVariant &value);
+    QVariant plainMinValue() const { return toQVariant(Date{m_minValue}, dateForm()); }
+    void setPlainMinValue(const QVariant &value);
 signals:
     /// Only a step (spinner, Up/Down, "+"/"-") that moved the value, or the first step on an empty field.
     void Change();
+    /// Value moved, by code, a step or a committed entry (Qt's notification; Change keeps its own rules).
+    void ValueChanged();
 
 protected:
     explicit DateTimeField(QWidget *parent = nullptr);
@@ -77,6 +98,8 @@ protected:
         QString title, range, noValue; // range has %1 and %2 for the bounds
     };
     virtual Wording wording() const = 0;
+    // What a date reads back as through Qt's property system.
+    virtual QtDateForm dateForm() const = 0;
     // Text to a serial through the run-time object; nullopt when it is no value.
     virtual std::optional<double> parse(const QString &text) const = 0;
     // A serial given from code, reduced to what the field holds.
@@ -102,6 +125,8 @@ protected:
     void commitText();
     // Format was set: show the value in it.
     void formatChanged();
+    // Emits ValueChanged when the value held moved since it was last announced.
+    void notifyValue();
     // Shows a stepped value, puts the caret, and reports the move.
     void finishStep(double value, const QString &shown, int caret, bool noValue, bool focus);
     // Writes the read table in the saving order ("Value", in its persisted form, before "UpDown").
@@ -119,6 +144,7 @@ protected:
     Variant m_valueSaved;
 
 private:
+    PropertyWatch m_valueWatch;
     bool changedFrom(const Variant &reference);
     void gotFocus();
     void showSpinnerState();

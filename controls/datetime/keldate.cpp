@@ -50,7 +50,7 @@ void KelDate::setDaysFlag(qint32 flag)
 {
     if (flag < Allow || flag > BirthDay)
         return;
-    m_daysFlag = flag;
+    m_daysFlag = KelDateDaysFlag(flag);
     propertyChanged(QStringLiteral("DaysFlag"));
     // A value already shown is pinned now, so that DaysFlag before or after Value gives one field.
     const Date *d = m_value.get<Date>();
@@ -66,6 +66,7 @@ void KelDate::setDaysFlag(qint32 flag)
     m_value = Date{now};
     if (!m_textDirty)
         showText(formatted(now));
+    notifyValue();
 }
 
 void KelDate::setFormat(const QString &format)

@@ -10,7 +10,7 @@ namespace kel {
 class KEL_EXPORT KelDate : public DateTimeField
 {
     Q_OBJECT
-    Q_PROPERTY(qint32 DaysFlag READ DaysFlag WRITE setDaysFlag)
+    Q_PROPERTY(KelDateDaysFlag DaysFlag READ DaysFlag WRITE setDaysFlag)
 
 public:
     /// How the field pins the day, and whether it holds a date of birth.
@@ -20,13 +20,14 @@ public:
     explicit KelDate(QWidget *parent = nullptr);
 
     /// A KelDateDaysFlag; other numbers are ignored. A held date is pinned at once.
-    qint32 DaysFlag() const { return m_daysFlag; }
+    KelDateDaysFlag DaysFlag() const { return m_daysFlag; }
     void setDaysFlag(qint32 flag);
     /// An empty format is ignored; otherwise the text is shown again in the new one.
     void setFormat(const QString &format) override;
 
 protected:
     Wording wording() const override;
+    QtDateForm dateForm() const override { return QtDateForm::Date; }
     std::optional<double> parse(const QString &text) const override;
     // A date given with a time of day shows and saves as that day.
     double normalised(double serial) const override { return std::floor(serial); }
@@ -41,7 +42,7 @@ protected:
 private:
     std::optional<double> parseIn(const QString &text, const QString &format, bool birthday) const;
 
-    qint32 m_daysFlag = Allow;
+    KelDateDaysFlag m_daysFlag = Allow;
 };
 
 } // namespace kel

@@ -11,9 +11,6 @@ namespace kel {
 class KEL_EXPORT KelTime : public DateTimeField
 {
     Q_OBJECT
-    // Bounds are times of day: Designer edits them as such.
-    Q_PROPERTY(QTime MaxValue READ maxTime WRITE setMaxValue)
-    Q_PROPERTY(QTime MinValue READ minTime WRITE setMinValue)
 
 public:
     explicit KelTime(QWidget *parent = nullptr);
@@ -31,6 +28,7 @@ public:
 
 protected:
     Wording wording() const override;
+    QtDateForm dateForm() const override { return QtDateForm::Time; }
     std::optional<double> parse(const QString &text) const override;
     // Only the time of day counts: bounds and values given as date-times lose their date.
     double normalised(double serial) const override { return serial - std::floor(serial); }

@@ -162,6 +162,19 @@ void KelNumber::setValue(const Variant &value)
     showText(displayText(m_value, m_groupDigits));
     showSignColour();
     m_textDirty = false;
+    notifyValue();
+}
+
+void KelNumber::setPlainValue(const QVariant &value)
+{
+    if (const std::optional<Variant> v = fromQVariant(value))
+        setValue(*v);
+}
+
+void KelNumber::notifyValue()
+{
+    if (m_valueWatch.moved(m_value))
+        emit ValueChanged();
 }
 
 bool KelNumber::Valid(bool ShowMessage)
@@ -236,6 +249,7 @@ void KelNumber::commitText()
         return;
     m_value = clamped(parseField());
     showText(displayText(m_value, m_groupDigits));
+    notifyValue();
 }
 
 void KelNumber::stepValue(double delta)
@@ -257,6 +271,7 @@ void KelNumber::stepValue(double delta)
         m_value = sum > 0 ? m_maxValue : m_minValue;
     }
     showText(displayText(m_value, m_groupDigits));
+    notifyValue();
     if (m_value != m_valueOriginal) {
         emit Change();
         m_valueOriginal = m_value;
@@ -365,6 +380,7 @@ void KelNumber::onInitProperties()
     m_value = m_valueOriginal = 0;
     showText(QStringLiteral("0"));
     m_textDirty = false;
+    notifyValue();
 }
 
 void KelNumber::onReadProperties(PropertyBag &bag) { readPersisted(bag, readOrder()); }

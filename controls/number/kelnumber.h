@@ -18,7 +18,8 @@ class KEL_EXPORT KelNumber : public SpinField
     Q_PROPERTY(double MaxValue READ MaxValue WRITE setMaxValue)
     Q_PROPERTY(double MinValue READ MinValue WRITE setMinValue)
     Q_PROPERTY(double UpDownChange READ UpDownChange WRITE setUpDownChange)
-    Q_PROPERTY(kel::Variant Value READ Value WRITE setValue USER true)
+    // A plain double; writes take whatever setValue takes.
+    Q_PROPERTY(QVariant Value READ plainValue WRITE setPlainValue NOTIFY ValueChanged USER true)
     Q_PROPERTY(double ValueOriginal READ ValueOriginal WRITE setValueOriginal DESIGNABLE false)
     Q_PROPERTY(double ValueSaved READ ValueSaved WRITE setValueSaved DESIGNABLE false)
 
@@ -64,6 +65,10 @@ public:
     Variant Value() { return currentValue(); }
     // Ignores anything that is not numeric; never clamps and raises nothing.
     void setValue(const Variant &value);
+    /// Value for Qt's property system: a double.
+    QVariant plainValue() { return currentValue(); }
+    /// Sets Value from a plain QVariant (a number, text, a Variant); other types are ignored.
+    void setPlainValue(const QVariant &value);
     /// The reference for Changed; moved by setValue and on entry.
     double ValueOriginal() const { return m_valueOriginal; }
     /// Sets the reference for Changed.
@@ -76,6 +81,8 @@ public:
 signals:
     // Only a step of the spinner or of the Up/Down keys that moved the value.
     void Change();
+    /// Value moved, by code, a step or a committed entry (Qt's notification; Change keeps its own rules).
+    void ValueChanged();
 
 protected:
     void step(int direction) override { stepValue(direction * m_upDownChange); }
@@ -98,6 +105,7 @@ private:
     void commitText();
     void stepValue(double delta);
     void showSignColour();
+    void notifyValue();
 
     void keyPress(int &keyAscii);
     void gotFocus();
@@ -117,6 +125,7 @@ private:
     double m_valueOriginal = 0;
     double m_valueSaved = 0;
     bool m_keypadDecimal = false;
+    PropertyWatch m_valueWatch;
 };
 
 } // namespace kel

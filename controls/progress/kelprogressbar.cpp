@@ -1,6 +1,7 @@
 #include "controls/progress/kelprogressbar.h"
 
 #include "common/fieldcontrol.h"
+#include "forms/units.h"
 #include "platform/format.h"
 #include "platform/services.h"
 

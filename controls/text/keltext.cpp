@@ -47,6 +47,7 @@ void KelText::setUpBox(int i)
                             i ? QStringLiteral("Text1(1)") : QStringLiteral("Text1(0)"));
     m_box[i] = box;
     connect(box, &Child::Change, this, &KelText::Change);
+    connect(box, &Child::Change, this, &KelText::notifyText);
     connect(box, &Child::Click, this, &KelText::Click);
     connect(box, &Child::KeyPress, this, [this, i](int &k) { keyPress(i, k); });
     connect(box, &Child::KeyDown, this, [this](int &code, int) {
@@ -96,6 +97,8 @@ void KelText::setMultiLine(bool multiLine)
     if (multiLine)
         Text1(1);
     m_fieldIndex = multiLine ? 1 : 0;
+    // A multi-line field may grow in a layout; a single line keeps its height.
+    setSizePolicy(QSizePolicy::Preferred, multiLine ? QSizePolicy::Preferred : QSizePolicy::Fixed);
     propertyChanged(QStringLiteral("MultiLine"));
     // The new box is shown and focused before the old one hides, so the focus stays here.
     activeBox()->setVisible(true);
@@ -127,6 +130,13 @@ void KelText::setText(const QString &text)
 {
     activeBox()->setText(text);
     m_textOriginal = text;
+    notifyText();
+}
+
+void KelText::notifyText()
+{
+    if (m_textWatch.moved(TextRaw()))
+        emit TextChanged();
 }
 
 bool KelText::Valid() const

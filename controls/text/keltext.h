@@ -18,7 +18,7 @@ class KEL_EXPORT KelText : public FieldControl
     Q_PROPERTY(int MaxLength READ MaxLength WRITE setMaxLength)
     Q_PROPERTY(bool MultiLine READ MultiLine WRITE setMultiLine)
     Q_PROPERTY(QString PasswordChar READ PasswordChar WRITE setPasswordChar)
-    Q_PROPERTY(QString Text READ Text WRITE setText USER true)
+    Q_PROPERTY(QString Text READ Text WRITE setText NOTIFY TextChanged USER true)
     Q_PROPERTY(QString TextOriginal READ TextOriginal WRITE setTextOriginal DESIGNABLE false)
     Q_PROPERTY(QString TextRaw READ TextRaw DESIGNABLE false)
     Q_PROPERTY(QString TextSaved READ TextSaved WRITE setTextSaved DESIGNABLE false)
@@ -70,6 +70,8 @@ signals:
     void Change();
     /// The field was clicked.
     void Click();
+    /// Text moved, typed or set by code (Qt's notification; Change keeps its own rules).
+    void TextChanged();
 
 protected:
     std::vector<Child *> fields() const override;
@@ -86,11 +88,13 @@ private:
     TextBox *activeBox() const { return m_box[m_fieldIndex]; }
     void setUpBox(int index);
     void keyPress(int box, int &keyAscii);
+    void notifyText();
 
     TextBox *m_box[2] = {};
     qint16 m_fieldIndex = 0;
     QString m_textOriginal;
     QString m_textSaved;
+    PropertyWatch m_textWatch;
 };
 
 } // namespace kel

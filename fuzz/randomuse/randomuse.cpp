@@ -1,6 +1,7 @@
 #include "randomuse.h"
 
 #include "controls/combo/kelcombo.h"
+#include "controls/datetime/datetimefield.h"
 #include "controls/kelcontrols8.h"
 #include "forms/child.h"
 #include "forms/units.h"
@@ -577,8 +578,13 @@ private:
 
     static double number(const QVariant &v, bool *ok = nullptr)
     {
-        if (v.metaType() == QMetaType::fromType<Variant>()) {
-            const Variant k = v.value<Variant>();
+        // Dates, times and the values of the date fields (Empty, Null) through the library's
+        // mapping: a date is its day serial, Empty, Null and text are no number.
+        const QMetaType t = v.metaType();
+        if (!v.isValid() || t == QMetaType::fromType<std::nullptr_t>() || t == QMetaType::fromType<Variant>()
+            || t == QMetaType::fromType<Date>() || t == QMetaType::fromType<QDate>()
+            || t == QMetaType::fromType<QDateTime>() || t == QMetaType::fromType<QTime>()) {
+            const Variant k = fromQVariant(v).value_or(Variant());
             if (k.isEmpty() || k.isNull() || k.isString()) {
                 if (ok)
                     *ok = false;
@@ -586,30 +592,10 @@ private:
             }
             return k.toDouble(ok);
         }
-        if (v.metaType() == QMetaType::fromType<Date>()) {
-            if (ok)
-                *ok = true;
-            return v.value<Date>().serial;
-        }
-        if (v.metaType() == QMetaType::fromType<QDateTime>() || v.metaType() == QMetaType::fromType<QTime>())
-            return number(QVariant::fromValue(v.value<Variant>()), ok);
         return v.toDouble(ok);
     }
 
-    static Variant toKel(const QVariant &v)
-    {
-        if (v.metaType() == QMetaType::fromType<Variant>())
-            return v.value<Variant>();
-        if (v.metaType() == QMetaType::fromType<Date>())
-            return v.value<Date>();
-        if (v.metaType() == QMetaType::fromType<QDateTime>() || v.metaType() == QMetaType::fromType<QTime>())
-            return v.value<Variant>();
-        if (v.metaType() == QMetaType::fromType<bool>())
-            return v.toBool();
-        if (v.metaType() == QMetaType::fromType<QString>())
-            return v.toString();
-        return v.toDouble();
-    }
+    static Variant toKel(const QVariant &v) { return fromQVariant(v).value_or(Variant(v.toDouble())); }
 
     QString rawText() const
     {
@@ -899,8 +885,12 @@ private:
             for (const char *pair : {"Original", "Saved"}) {
                 const QByteArray flag = pair == QByteArrayView("Original") ? "Changed" : "ChangedSaved";
                 const bool changed = c->property(flag.constData()).toBool();
-                const Variant value = toKel(c->property("Value"));
-                const Variant reference = toKel(c->property(QByteArray("Value") + pair));
+                // The date and time fields' references hold what the host put, to the last bit; Qt's
+                // property system shows them to the millisecond. Changed answers for the former.
+                auto *dt = qobject_cast<DateTimeField *>(c);
+                const Variant value = dt ? dt->Value() : toKel(c->property("Value"));
+                const Variant reference = !dt ? toKel(c->property(QByteArray("Value") + pair))
+                        : pair == QByteArrayView("Original") ? dt->ValueOriginal() : dt->ValueSaved();
                 if (changed != changedFrom(reference, value))
                     return failed(u"changed"_qs, QStringLiteral("%1 is %2 for Value %3 against Value%4 %5")
                                                      .arg(QString::fromLatin1(flag)).arg(changed)

@@ -190,7 +190,7 @@ private slots:
         d->setFormat(QString());
         QCOMPARE(d->Format(), u"dd/mm/yyyy"_qs);
         d->setDaysFlag(7);
-        QCOMPARE(d->DaysFlag(), qint32(Allow));
+        QCOMPARE(d->DaysFlag(), Allow);
     }
 
     // What a field showed, it shows again after a save and a load, also under a format that

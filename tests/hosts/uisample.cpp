@@ -47,14 +47,6 @@ static const QHash<QString, Variant> &values()
     return values;
 }
 
-// A saved form holds the date as digits; Designer gives the date itself.
-static QVariant uiValue(const QString &className, const PersistedProperty &p)
-{
-    if (className == u"KelDate" && p.name == u"Value")
-        return QDateTime(QDate(2013, 3, 15), QTime(0, 0));
-    return plainValue(p.value);
-}
-
 std::vector<PersistedProperty> sampleValues(const QString &className)
 {
     std::vector<PersistedProperty> out;
@@ -88,6 +80,11 @@ QString sampleUi(UiOrder order)
         std::unique_ptr<QObject> probe(createObject(className));
         const QMetaObject *mo = probe->metaObject();
         std::vector<PersistedProperty> props = sampleValues(className);
+        // Designer saves what each property reads once the values are set.
+        MemoryPropertyBag bag;
+        for (const PersistedProperty &p : props)
+            bag.set(p.name, p.value);
+        qobject_cast<UserControl *>(probe.get())->ReadProperties(bag);
         const auto sheetIndex = [mo](const PersistedProperty &p) { return mo->indexOfProperty(p.property.toUtf8().constData()); };
         std::stable_sort(props.begin(), props.end(), [&](const PersistedProperty &a, const PersistedProperty &b) {
             switch (order) {
@@ -100,7 +97,8 @@ QString sampleUi(UiOrder order)
         QString properties;
         QXmlStreamWriter xml(&properties);
         for (const PersistedProperty &p : props)
-            writeUiProperty(xml, p.property, uiValue(className, p));
+            if (const QVariant v = plainValue(probe->property(p.property.toUtf8().constData())); v.isValid())
+                writeUiProperty(xml, p.property, v);
         // One arg() call: a value's own "%1" stays as it is.
         widgets += uR"(<widget class="kel::%1" name="%2"><property name="geometry"><rect><x>8</x><y>%3</y>)"
                    uR"(<width>320</width><height>40</height></rect></property>%4</widget>)"_s
