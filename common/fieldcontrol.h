@@ -86,11 +86,6 @@ public:
     /// Sets the tool tip of every field widget and of the control itself.
     Q_INVOKABLE void TooltipSet(const QString &Tooltip);
 
-    /// A Qt layout gives the field its 300 twips of height (and a multi-line text field more);
-    /// the width is the layout's to choose.
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
-
     /// Greater than 0 while properties are being read or the layout runs; layout waits meanwhile.
     qint16 LoadingDepth() const { return m_loadingDepth; }
 
