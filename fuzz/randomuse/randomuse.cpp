@@ -557,7 +557,7 @@ private:
         Before b;
         b.control = m_control;
         b.focusInside = m_control->focusInside();
-        b.rawLength = rawText().size();
+        b.rawLength = characters(rawText());
         if (hasProperty(m_control, "UpDownChange") && !m_control->property("Locked").toBool()) {
             if (e.kind == Event::Key && e.mods == 0 && (e.key == Qt::Key_Up || e.key == Qt::Key_Down))
                 b.direction = e.key == Qt::Key_Up ? 1 : -1;
@@ -913,9 +913,9 @@ private:
         const bool restored = hasProperty(c, "LimitToList") && raw == c->property("TextOriginal").toString();
         if (hasProperty(c, "MaxLength") && sameControl && isTyping(e) && !m_undone && !isListItem(raw) && !restored) {
             const int max = c->property("MaxLength").toInt();
-            if (max > 0 && raw.size() > qMax(b.rawLength, qsizetype(max)))
+            if (max > 0 && characters(raw) > qMax(b.rawLength, qsizetype(max)))
                 return failed(u"maxLength"_qs, QStringLiteral("MaxLength %1 but typing made %2 characters: %3")
-                                                   .arg(max).arg(raw.size()).arg(escaped(raw)));
+                                                   .arg(max).arg(characters(raw)).arg(escaped(raw)));
         }
 
         if (m_textSet && sameControl) {
@@ -974,6 +974,9 @@ private:
         }
         return true;
     }
+
+    // Characters, not UTF-16 units: a limit counts a character outside the basic plane once.
+    static qsizetype characters(const QString &text) { return text.toUcs4().size(); }
 
     static bool isTyping(const Event &e)
     {
