@@ -816,15 +816,15 @@ private:
     // A state the run-time rules allow but a saved form cannot carry: a date not yet pinned after a
     // DaysFlag put (loading pins it, as its next commit would), and a combo showing under the limit
     // a host's TextOriginal that is no item (loading refuses it).
-    QString notCarried() const
+    QString notCarried(const MemoryPropertyBag &saved) const
     {
         if (const auto *date = qobject_cast<const KelDate *>(m_control)) {
-            const Variant v = const_cast<KelDate *>(date)->Value();
+            // The saved form is ddmmyyyy; a pinned day is the first or the last of its month.
+            const QString v = saved.value(u"Value"_qs).toString();
             const int flag = date->DaysFlag();
-            if (const Date *d = v.get<Date>(); d && (flag == KelDate::FirstDay || flag == KelDate::LastDay)) {
-                const double pinned = flag == KelDate::FirstDay ? DateSerial(Year(d->serial), Month(d->serial), 1).value_or(d->serial)
-                                                                : LastDayOfMonth(d->serial);
-                if (pinned != d->serial)
+            if (v.size() == 8 && (flag == KelDate::FirstDay || flag == KelDate::LastDay)) {
+                const auto day = DateSerial(v.mid(4).toInt(), v.mid(2, 2).toInt(), v.left(2).toInt());
+                if (day && *day != (flag == KelDate::FirstDay ? DateSerial(Year(*day), Month(*day), 1).value_or(*day) : LastDayOfMonth(*day)))
                     return u"Value"_qs;
             }
         }
@@ -856,7 +856,7 @@ private:
         fresh->ReadProperties(first);
         MemoryPropertyBag second;
         fresh->WriteProperties(second);
-        const QString unsaved = notCarried();
+        const QString unsaved = notCarried(first);
         const auto carried = [&](const MemoryPropertyBag &bag) {
             auto entries = bag.entries();
             entries.removeIf([&](const auto &e) { return e.first == unsaved; });
