@@ -15,6 +15,8 @@ FieldControl::FieldControl(QWidget *parent)
 {
     Label1->Move(0, 0, 1440, 195);
     installFieldAccessibility();
+    // A form built in code or from a .ui file sets everything before the event loop runs again.
+    QMetaObject::invokeMethod(this, &FieldControl::endLoad, Qt::QueuedConnection);
 }
 
 QSize FieldControl::sizeHint() const
@@ -29,10 +31,15 @@ QSize FieldControl::sizeHint() const
 
 QSize FieldControl::minimumSizeHint() const
 {
-    const double strip = layoutRules().strip;
-    // A field for about a dozen characters, as a stock line edit offers.
-    return {twipsToPixelsX(Label1->Width() + strip) + activeField()->widget()->fontMetrics().averageCharWidth() * 14 + 8,
-            minimumSizeHint().height() * (qobject_cast<QPlainTextEdit *>(activeField()->widget()) ? 3 : 1)};
+    return {twipsToPixelsX(Label1->Width() + 100 + layoutRules().strip), twipsToPixelsY(300)};
+}
+
+void FieldControl::endLoad()
+{
+    if (!m_fresh)
+        return;
+    m_fresh = false;
+    onLoaded();
 }
 
 void FieldControl::setCaption(const QString &caption)
@@ -56,7 +63,8 @@ void FieldControl::setCaptionWidth(qint16 width)
 void FieldControl::setEnabled(bool enabled)
 {
     propertyChanged(QStringLiteral("Enabled"));
-    UserControl::setEnabled(enabled);
+    if (enabledPutReachesControl())
+        UserControl::setEnabled(enabled);
     Label1->setEnabled(enabled);
     for (Child *f : fields())
         f->setEnabled(enabled);
@@ -187,6 +195,8 @@ void FieldControl::readPersisted(PropertyBag &bag, const std::vector<Persisted> 
     ++m_loadingDepth;
     readThroughSetters(this, bag, order);
     --m_loadingDepth;
+    if (m_loadingDepth == 0)
+        endLoad();
 }
 
 void FieldControl::writePersisted(PropertyBag &bag, const std::vector<Persisted> &order)
@@ -202,8 +212,11 @@ void readThroughSetters(QObject *control, PropertyBag &bag, const std::vector<Pe
 
 void writeFromGetters(QObject *control, PropertyBag &bag, const std::vector<Persisted> &order)
 {
-    for (const Persisted &p : order)
-        bag.WriteProperty(p.name, dispatchGet(control, p.writeFrom.isEmpty() ? p.name : p.writeFrom), p.writeDefault);
+    // Each entry with the type it is read with, which may be narrower than the property's.
+    for (const Persisted &p : order) {
+        const Variant v = dispatchGet(control, p.writeFrom.isEmpty() ? p.name : p.writeFrom);
+        bag.WriteProperty(p.name, numberAs(v, p.writeDefault.type()), p.writeDefault);
+    }
 }
 
 void takeFieldFont(Child *field)
@@ -221,6 +234,7 @@ void takeFieldFont(Child *field)
 
 void FieldControl::onShow()
 {
+    endLoad();
     if (const auto &rt = librarySettings().Runtime) {
         try {
             const FontSpec field = rt->FieldFont();

@@ -88,6 +88,11 @@ public:
 
     /// Greater than 0 while properties are being read or the layout runs; layout waits meanwhile.
     qint16 LoadingDepth() const { return m_loadingDepth; }
+    /// Whether the control is still being loaded: properties are being read, or it was made and
+    /// has been neither read, shown, nor through a turn of the event loop yet (a .ui form's
+    /// setters come then, in any order). Setters whose result depends on another property's take
+    /// an order-independent rule meanwhile.
+    bool loading() const { return m_loadingDepth > 0 || m_fresh; }
 
     /// What a layout gives the control: its caption and a usable field, 300 twips high (a
     /// multi-line field grows with the room it gets).
@@ -141,6 +146,10 @@ protected:
 
     /// Bold caption and fields.
     void setFontBoldAll(bool bold);
+    /// Whether an Enabled put also enables the control itself (the combo's leaves it alone).
+    virtual bool enabledPutReachesControl() const { return true; }
+    /// The load is over (see loading()): what was kept only for the load's sake can go.
+    virtual void onLoaded() {}
 
     void onResize() override { layout(); }
     void onShow() override;
@@ -149,6 +158,11 @@ protected:
     bool m_mandatory = true;
     bool m_selectOnFocus = false;
     qint16 m_loadingDepth = 0;
+
+private:
+    void endLoad();
+
+    bool m_fresh = true;
 };
 
 } // namespace kel

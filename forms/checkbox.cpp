@@ -8,6 +8,8 @@
 #include <QEvent>
 #include <QKeyEvent>
 
+#include <utility>
+
 namespace kel {
 
 namespace {
@@ -43,7 +45,20 @@ CheckBox::CheckBox(UserControl *owner, const QString &objectName)
     : Child(new ClassicCheckBox, owner, objectName), m_box(static_cast<QCheckBox *>(widget())),
       m_focusPolicy(m_box->focusPolicy())
 {
-    connect(m_box, &QCheckBox::stateChanged, this, &Child::Click);
+    connect(m_box, &QCheckBox::stateChanged, this, [this] {
+        if (m_restoring)
+            return;
+        // Input is refused by every route, also those that reach the box without an event
+        // (an assistive technology's toggle action): the state goes back.
+        if (!m_acceptsInput && !m_settingByCode) {
+            m_restoring = true;
+            setValue(m_state);
+            m_restoring = false;
+            return;
+        }
+        m_state = Value();
+        emit Click();
+    });
 }
 
 int CheckBox::Value() const
@@ -58,8 +73,11 @@ int CheckBox::Value() const
 void CheckBox::setValue(int value)
 {
     static const Qt::CheckState states[] = {Qt::Unchecked, Qt::Checked, Qt::PartiallyChecked};
-    if (value >= 0 && value <= 2)
-        m_box->setCheckState(states[value]);
+    if (value < 0 || value > 2)
+        return;
+    const bool outer = std::exchange(m_settingByCode, true);
+    m_box->setCheckState(states[value]);
+    m_settingByCode = outer;
 }
 
 QString CheckBox::Caption() const { return m_box->text(); }

@@ -31,6 +31,9 @@ protected:
 private:
     QCheckBox *m_box;
     bool m_acceptsInput = true;
+    bool m_settingByCode = false;
+    bool m_restoring = false;
+    int m_state = 0; // the last state taken
     Qt::FocusPolicy m_focusPolicy;
 };
 

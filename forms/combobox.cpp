@@ -5,6 +5,7 @@
 
 #include <QAbstractListModel>
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -236,6 +237,8 @@ ComboBox::ComboBox(UserControl *owner, const QString &objectName)
             emit Change();
     });
     connect(m_combo, qOverload<int>(&QComboBox::activated), this, &ComboBox::picked);
+    // A field left while its list is open (the focus moved by code) closes the list.
+    connect(this, &Child::LostFocus, this, [this] { ShowDropDown(false); });
     applyColours();
 }
 
@@ -404,6 +407,11 @@ void ComboBox::ShowDropDown(bool show)
     }
 }
 
+bool ComboBox::inList(const QWidget *w) const
+{
+    return w && m_viewBuilt && m_combo->view()->window() != m_combo->window() && m_combo->view()->window()->isAncestorOf(w);
+}
+
 bool ComboBox::DroppedDown() const
 {
     if (!m_viewBuilt)
@@ -450,6 +458,13 @@ bool ComboBox::eatsKey(int keyCode, int shift)
 bool ComboBox::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
+    case QEvent::FocusOut:
+        // Into the dropped list: as far as the owner knows, the field keeps the focus.
+        if (watched == m_combo && inList(QApplication::focusWidget())) {
+            static_cast<QObject *>(m_combo)->event(event);
+            return true;
+        }
+        break;
     case QEvent::Wheel:
         // Scrolling the form must not change the field.
         return watched == m_combo && !DroppedDown();

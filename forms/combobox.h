@@ -101,6 +101,8 @@ protected:
     bool eatsKey(int keyCode, int shift) override;
 
 private:
+    // Whether w lies in the dropped list's window.
+    bool inList(const QWidget *w) const;
     void flush();
     void followText(const QString &text);
     void picked(int index);

@@ -84,6 +84,17 @@ Variant readBack(const QVariant &q)
     return {};
 }
 
+// What the type model says a property is, whatever wider Qt type carries it.
+Variant asMemberType(const Variant &v, VType t)
+{
+    switch (t) {
+    case VType::Int16: return numberAs(v, Variant::Type::Integer);
+    case VType::Int32: case VType::DaysFlag: return numberAs(v, Variant::Type::Long);
+    case VType::Double: return numberAs(v, Variant::Type::Double);
+    default: return v;
+    }
+}
+
 Variant defaultArgument(const Argument &a)
 {
     if (a.type == VType::Boolean)
@@ -120,7 +131,7 @@ DispatchResult invokeMember(QObject *object, const ClassInfo &cls, const Member 
     if (m.access != Access::Method && propIndex >= 0) {
         if (!args.empty())
             return fail(&cls, m.name, QStringLiteral("wrong number of arguments"));
-        return {true, {}, readBack(mo->property(propIndex).read(object))};
+        return {true, {}, asMemberType(readBack(mo->property(propIndex).read(object)), m.type)};
     }
 
     const size_t required = std::count_if(m.args.begin(), m.args.end(), [](const Argument &a) { return !a.optional; });

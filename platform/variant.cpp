@@ -252,6 +252,20 @@ QString Variant::debugString() const
     return typeName() + u'(' + toString() + u')';
 }
 
+Variant numberAs(const Variant &v, Variant::Type type)
+{
+    using T = Variant::Type;
+    if (v.type() != T::Integer && v.type() != T::Long && v.type() != T::Double)
+        return v;
+    bool ok = false;
+    switch (type) {
+    case T::Integer: if (const qint16 i = v.toInt16(&ok); ok && i == v.toDouble()) return i; break;
+    case T::Long: if (const qint32 l = v.toInt32(&ok); ok && l == v.toDouble()) return l; break;
+    case T::Double: return v.toDouble();
+    default: break;
+    }
+    return v;
+}
 
 } // namespace kel
 
@@ -283,6 +297,18 @@ std::optional<double> fromQTime(QTime t)
     if (!t.isValid())
         return std::nullopt;
     return t.msecsSinceStartOfDay() / 86400000.0;
+}
+
+// The time of day of a serial, to the second. One that rounds up to the next day's midnight is
+// still this day's: it stays at the day's last moment rather than losing the day it carried.
+std::optional<QTime> timeOfDay(double serial)
+{
+    const QDateTime t = toQDateTime(serial);
+    if (!t.isValid())
+        return std::nullopt;
+    if (t.time() == QTime(0, 0) && std::fabs(serial - std::trunc(serial)) > 0.5)
+        return QTime(23, 59, 59, 999);
+    return t.time();
 }
 
 // Text as a date: a day serial, or an ISO 8601 date, date-time or time.
@@ -416,7 +442,7 @@ void registerAll()
     });
     add<Variant, QTime>([](const Variant &v) -> std::optional<QTime> {
         const auto s = serialOf(v);
-        return s ? std::optional<QTime>(toQDateTime(*s).time()) : std::nullopt;
+        return s ? timeOfDay(*s) : std::nullopt;
     });
 
     add<Date, Variant>([](Date d) -> std::optional<Variant> { return Variant(d); });
@@ -434,8 +460,7 @@ void registerAll()
         return r.isValid() ? std::optional<QDateTime>(r) : std::nullopt;
     });
     add<Date, QTime>([](Date d) -> std::optional<QTime> {
-        const QDateTime r = toQDateTime(d.serial);
-        return r.isValid() ? std::optional<QTime>(r.time()) : std::nullopt;
+        return timeOfDay(d.serial);
     });
     add<Date, QString>([](Date d) -> std::optional<QString> {
         const QString r = isoText(d.serial);

@@ -110,6 +110,10 @@ private:
 /// by value; text compares exactly; a number never equals text.
 KEL_EXPORT bool differs(const Variant &a, const Variant &b);
 
+/// A number held as `type` (Integer, Long or Double) when it fits there; anything else as it is.
+/// Lets a value read back through a wider Qt type keep its own classic type.
+KEL_EXPORT Variant numberAs(const Variant &v, Variant::Type type);
+
 /// Reads text as a number the way the classic numeric test does: blanks around, a sign before or
 /// after, parentheses for negatives, digits with group separators, one decimal separator,
 /// an exponent, or &H / &O radix prefixes. Uses the given separators.

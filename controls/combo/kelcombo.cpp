@@ -218,7 +218,9 @@ void KelCombo::setText(const QString &text)
     showText(text);
     --m_selectionDepth;
     m_textOriginal = Combo1->Text();
-    if (m_textOriginal != text)
+    // While a form loads, List or LimitToList may come after Text: a text refused for want of its
+    // item is kept until the load is over. At run time a refused put is forgotten.
+    if (m_textOriginal != text && loading())
         m_refusedText = text;
     else
         m_refusedText.reset();
@@ -233,6 +235,8 @@ void KelCombo::notifyChanges()
     if (m_indexWatch.moved(ListIndex()))
         emit ListIndexChanged();
 }
+
+void KelCombo::onLoaded() { m_refusedText.reset(); }
 
 bool KelCombo::Valid() const
 {
@@ -285,18 +289,19 @@ void KelCombo::comboChange()
         ++m_selectionDepth;
         m_typing = false;
         if (m_limitToList) {
-            // An emptied field may stay empty; an empty prefix before a text matches nothing.
-            if (!t.isEmpty()) {
-                const int i = s > 0 ? Combo1->FindString(QStringView(t).left(s)) : -1;
-                if (i >= 0) {
-                    Combo1->setListIndex(i);
-                } else {
-                    showText(m_textOriginal);
-                    if (s > 0)
-                        --s;
-                }
-                selectTail(s);
+            // No item begins with an empty text, so emptying the field is refused too.
+            const int i = s > 0 ? Combo1->FindString(QStringView(t).left(s)) : -1;
+            if (i >= 0) {
+                Combo1->setListIndex(i);
+            } else {
+                // The reference comes back as it is, also one the host put that is no item.
+                Combo1->setText(m_textOriginal);
+                if (const int same = findExact(m_textOriginal); same >= 0 && !m_textOriginal.isEmpty())
+                    Combo1->setListIndex(same);
+                if (s > 0)
+                    --s;
             }
+            selectTail(s);
         } else if (const int i = t.isEmpty() ? -1 : Combo1->FindString(t); i >= 0) {
             Combo1->setListIndex(i);
             selectTail(s);
@@ -393,6 +398,7 @@ void KelCombo::onInitProperties()
     m_mandatory = true;
     m_selectOnFocus = false;
     Combo1->setLocked(false);
+    Label1->setCaption(objectName());
     Label1->setForeColor(0x8000000D);
     ++m_selectionDepth;
     Combo1->setListIndex(-1);

@@ -101,6 +101,9 @@ protected:
     void onResize() override;
     void onEnterFocus() override;
     void onExitFocus() override;
+    void onLoaded() override;
+    // Enabled reaches the caption and the box; the control itself stays enabled.
+    bool enabledPutReachesControl() const override { return false; }
 
 private:
     void comboChange();

@@ -16,13 +16,23 @@ bool isPartSeparator(QChar c)
     return !((u >= u'0' && u <= u'9') || (u >= u'A' && u <= u'Z'));
 }
 
+QString upperInPlace(const QString &text)
+{
+    QString upper = text;
+    for (QChar &c : upper)
+        c = c.toUpper();
+    return upper;
+}
+
 DateTimeField::DateTimeField(QWidget *parent) : SpinField(parent)
 {
     m_insertMode = false;
     m_upDown = true;
     connect(Text1, &Child::KeyPress, this, [this](int &keyAscii) {
-        if (passesOrMovesOn(keyAscii))
+        if (keyAscii == 13 || (keyAscii < 32 && controlCharacterPasses(keyAscii))) {
+            passesOrMovesOn(keyAscii);
             return;
+        }
         if (keyAscii == u'+' || keyAscii == u'-') {
             step(keyAscii == u'+' ? 1 : -1);
             keyAscii = 0;
@@ -255,9 +265,9 @@ void DateTimeField::commitText()
 
 void DateTimeField::formatChanged()
 {
-    // Text that shows the value is not read back: the old format may not parse in the new one
-    // (day and month swapped), and the host may set Format before or after Value.
-    if (m_textDirty) {
+    // The text is read again in the new format, as typed text would be. While a form loads, the
+    // value is shown in it instead, so that Format before or after Value gives one field.
+    if (m_textDirty || !loading()) {
         commitText();
         return;
     }

@@ -110,6 +110,8 @@ protected:
     virtual double pinned(double serial) const { return serial; }
     // Characters the box takes besides "+" and "-" (which step) and control characters.
     virtual bool accepts(int /*keyAscii*/) const { return true; }
+    // A control character other than Enter that goes to the box as it is, never typing over.
+    virtual bool controlCharacterPasses(int /*keyAscii*/) const { return true; }
     // A Null value of an optional field is valid whatever the box shows.
     virtual bool nullAlwaysValidWhenOptional() const { return false; }
     // The value as the property bag stores it.
@@ -152,5 +154,7 @@ private:
 
 // A character that separates the parts of a date or time text: anything but an ASCII letter or digit.
 bool isPartSeparator(QChar c);
+// Upper case one character at a time, so that positions found in it hold in `text` ("ß" stays).
+QString upperInPlace(const QString &text);
 
 } // namespace kel

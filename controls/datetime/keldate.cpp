@@ -52,11 +52,11 @@ void KelDate::setDaysFlag(qint32 flag)
         return;
     m_daysFlag = KelDateDaysFlag(flag);
     propertyChanged(QStringLiteral("DaysFlag"));
-    // A value already shown is pinned now, so that DaysFlag before or after Value gives one field.
+    // At run time it takes effect at the next commit or step. While a form loads, a value already
+    // there is pinned now, so that DaysFlag before or after Value gives one field; locked or not,
+    // as Value pins whatever the lock. Typed text stays as typed (its commit pins it).
     const Date *d = m_value.get<Date>();
-    // Locked or not: Value pins whatever the lock, so this must too. Typed text stays as typed
-    // (its commit pins it), but the value saved meanwhile is pinned.
-    if (!d)
+    if (!d || !loading())
         return;
     const double was = d->serial, now = pinned(was);
     if (now == was)
@@ -143,7 +143,7 @@ void KelDate::step(int direction)
     }
 
     static const QString letters = QStringLiteral("DMY");
-    const QString upper = m_format.toUpper();
+    const QString upper = upperInPlace(m_format);
     const auto separatorsIn = [](QStringView s) { return int(std::count_if(s.begin(), s.end(), isPartSeparator)); };
     int count = 0;
     if (text != formatted(base)) {

@@ -30,8 +30,11 @@ protected:
     QtDateForm dateForm() const override { return QtDateForm::Date; }
     std::optional<double> parse(const QString &text) const override;
     // A date given with a time of day shows and saves as that day.
-    double normalised(double serial) const override { return std::floor(serial); }
+    // (Whole days count towards zero: before 30 December 1899 the fraction is still the time.)
+    double normalised(double serial) const override { return std::trunc(serial); }
     double pinned(double serial) const override;
+    // Only Backspace and Escape: a paste or a copy takes the character after the caret too.
+    bool controlCharacterPasses(int keyAscii) const override { return keyAscii == 8 || keyAscii == 27; }
     Variant persistedValue() const override;
     void step(int direction) override;
 

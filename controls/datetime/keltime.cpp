@@ -47,7 +47,7 @@ KelTime::KelTime(QWidget *parent) : DateTimeField(parent)
 void KelTime::setFormat(const QString &format)
 {
     QString f = format;
-    if (const qsizetype p = format.toUpper().indexOf(u"H:MM"); p >= 0)
+    if (const qsizetype p = upperInPlace(format).indexOf(u"H:MM"); p >= 0)
         f = format.left(p + 2) + QString::fromUtf16(format[p + 2] == u'm' ? u"nn" : u"NN") + format.mid(p + 4);
     m_format = f;
     propertyChanged(QStringLiteral("Format"));
@@ -113,7 +113,7 @@ void KelTime::step(int direction)
     }
 
     static const QString letters = QStringLiteral("HNS");
-    const QString upper = m_format.toUpper();
+    const QString upper = upperInPlace(m_format);
     int part = 2;
     if (text == formatted(base)) {
         // Time texts keep the layout of their format, so the caret indexes the format.

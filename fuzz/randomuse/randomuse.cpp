@@ -2,6 +2,7 @@
 
 #include "controls/combo/kelcombo.h"
 #include "controls/datetime/datetimefield.h"
+#include "controls/datetime/keldate.h"
 #include "controls/kelcontrols8.h"
 #include "forms/child.h"
 #include "forms/units.h"
@@ -10,6 +11,7 @@
 #include "library/classfactory.h"
 #include "library/dispatch.h"
 #include "library/typemodel.h"
+#include "platform/dayserial.h"
 #include "platform/propertybag.h"
 #include "platform/services.h"
 
@@ -558,7 +560,7 @@ private:
         Before b;
         b.control = m_control;
         b.focusInside = m_control->focusInside();
-        b.rawLength = rawText().size();
+        b.rawLength = characters(rawText());
         if (hasProperty(m_control, "UpDownChange") && !m_control->property("Locked").toBool()) {
             if (e.kind == Event::Key && e.mods == 0 && (e.key == Qt::Key_Up || e.key == Qt::Key_Down))
                 b.direction = e.key == Qt::Key_Up ? 1 : -1;
@@ -797,6 +799,29 @@ private:
         return parts.join(u"; "_qs);
     }
 
+    // A state the run-time rules allow but a saved form cannot carry: a date not yet pinned after a
+    // DaysFlag put (loading pins it, as its next commit would), and a combo showing under the limit
+    // a host's TextOriginal that is no item (loading refuses it).
+    QString notCarried(const MemoryPropertyBag &saved) const
+    {
+        if (const auto *date = qobject_cast<const KelDate *>(m_control)) {
+            // The saved form is ddmmyyyy; a pinned day is the first or the last of its month.
+            const QString v = saved.value(u"Value"_qs).toString();
+            const int flag = date->DaysFlag();
+            if (v.size() == 8 && (flag == KelDate::FirstDay || flag == KelDate::LastDay)) {
+                const auto day = DateSerial(v.mid(4).toInt(), v.mid(2, 2).toInt(), v.left(2).toInt());
+                if (day && *day != (flag == KelDate::FirstDay ? DateSerial(Year(*day), Month(*day), 1).value_or(*day) : LastDayOfMonth(*day)))
+                    return u"Value"_qs;
+            }
+        }
+        if (const auto *combo = qobject_cast<const KelCombo *>(m_control)) {
+            const QString t = combo->Combo1->Text();
+            if (combo->LimitToList() && !t.isEmpty() && !combo->Combo1->items().contains(t))
+                return u"Text"_qs;
+        }
+        return {};
+    }
+
     void saveLoad(bool replace)
     {
         MemoryPropertyBag first;
@@ -817,7 +842,13 @@ private:
         fresh->ReadProperties(first);
         MemoryPropertyBag second;
         fresh->WriteProperties(second);
-        if (first.entries() != second.entries())
+        const QString unsaved = notCarried(first);
+        const auto carried = [&](const MemoryPropertyBag &bag) {
+            auto entries = bag.entries();
+            entries.removeIf([&](const auto &e) { return e.first == unsaved; });
+            return entries;
+        };
+        if (carried(first) != carried(second))
             m_bagError = u"saved: "_qs + bagText(first) + u"\nloaded and saved again: "_qs + bagText(second);
         if (!replace) {
             delete fresh;
@@ -903,9 +934,9 @@ private:
         const bool restored = hasProperty(c, "LimitToList") && raw == c->property("TextOriginal").toString();
         if (hasProperty(c, "MaxLength") && sameControl && isTyping(e) && !m_undone && !isListItem(raw) && !restored) {
             const int max = c->property("MaxLength").toInt();
-            if (max > 0 && raw.size() > qMax(b.rawLength, qsizetype(max)))
+            if (max > 0 && characters(raw) > qMax(b.rawLength, qsizetype(max)))
                 return failed(u"maxLength"_qs, QStringLiteral("MaxLength %1 but typing made %2 characters: %3")
-                                                   .arg(max).arg(raw.size()).arg(escaped(raw)));
+                                                   .arg(max).arg(characters(raw)).arg(escaped(raw)));
         }
 
         if (m_textSet && sameControl) {
@@ -964,6 +995,9 @@ private:
         }
         return true;
     }
+
+    // Characters, not UTF-16 units: a limit counts a character outside the basic plane once.
+    static qsizetype characters(const QString &text) { return text.toUcs4().size(); }
 
     static bool isTyping(const Event &e)
     {

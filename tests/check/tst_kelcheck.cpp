@@ -2,6 +2,7 @@
 #include "forms/units.h"
 #include "kelfixture.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QSignalSpy>
 #include <QTest>
@@ -89,6 +90,13 @@ private slots:
         QTest::keyClick(box(field), Qt::Key_Space);
         QCOMPARE(change.count(), takesInput ? 2 : 0);
         QVERIFY(!field->Value());
+        // An assistive technology is a user too.
+        QAccessibleInterface *a = QAccessible::queryAccessibleInterface(box(field));
+        QVERIFY(a && a->actionInterface());
+        a->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        QCOMPARE(change.count(), takesInput ? 3 : 0);
+        QCOMPARE(field->Value(), takesInput);
+        field->setValue(false);
         QCOMPARE(box(field)->isEnabled(), c.enabled);
         QCOMPARE(box(field)->palette().color(QPalette::Active, QPalette::WindowText), toQColor(c.colour, QApplication::palette()));
         box(f.first)->setFocus(Qt::TabFocusReason);

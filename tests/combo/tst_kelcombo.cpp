@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QImage>
+#include <QLineEdit>
 #include <QMenu>
 #include <QTest>
 
@@ -45,16 +46,39 @@ void menuPaste(KelCombo *c)
     menu->close();
 }
 
-// Types `keys`: letters as they are, '<' Backspace, '#' Delete, '>' Enter, '^' a menu paste.
+// Opens the list with F4 and closes it with Escape.
+void openAndClose(KelCombo *c)
+{
+    QTest::keyClick(field(c), Qt::Key_F4);
+    QAbstractItemView *view = c->Combo1->comboBox()->view();
+    QTRY_VERIFY(view->isVisible());
+    QTest::keyClick(view, Qt::Key_Escape);
+    QTRY_VERIFY(!view->isVisible());
+}
+
+// Types `keys`: letters as they are (a character outside the basic plane in one key), '<'
+// Backspace, '#' Delete, '>' Enter, '$' End, '*' Ctrl+A, '^' a menu paste, '!' the list opened
+// and closed, '=' the host's TextOriginal "Zed".
 void type(KelCombo *c, const QString &keys)
 {
-    for (const QChar k : keys) {
-        switch (k.unicode()) {
+    for (qsizetype i = 0; i < keys.size(); ++i) {
+        switch (keys[i].unicode()) {
         case u'<': QTest::keyClick(field(c), Qt::Key_Backspace); break;
         case u'#': QTest::keyClick(field(c), Qt::Key_Delete); break;
         case u'>': QTest::keyClick(field(c), Qt::Key_Return); break;
+        case u'$': QTest::keyClick(field(c), Qt::Key_End); break;
+        case u'*': QTest::keyClick(field(c), Qt::Key_A, Qt::ControlModifier); break;
         case u'^': menuPaste(c); break;
-        default: QTest::keyClicks(field(c), QString(k));
+        case u'!': openAndClose(c); break;
+        case u'=': c->setTextOriginal(u"Zed"_qs); break;
+        default:
+            if (keys[i].isHighSurrogate()) {
+                QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, keys.mid(i, 2));
+                QApplication::sendEvent(c->Combo1->comboBox()->lineEdit(), &press);
+                ++i;
+            } else {
+                QTest::keyClicks(field(c), QString(keys[i]));
+            }
         }
     }
 }
@@ -190,6 +214,12 @@ private slots:
         QTest::newRow("backspace off") << TypeCase{false, true, u"apr<", u"Apple", 2, 3, u"XCXCXCXC", u""};
         // The Delete that follows the removed completion leaves no item: the field empties.
         QTest::newRow("delete on") << TypeCase{true, true, u"ap#", u"", 0, 0, u"XCXC", u""};
+        // No item begins with an empty text: emptying the field is refused like any other key.
+        QTest::newRow("emptied on") << TypeCase{true, true, u"ap*<", u"Apple", 0, 5, u"XC", u"Apple"};
+        // A refusal shows the reference as it is, also one the host put that is no item.
+        QTest::newRow("host reference refused back") << TypeCase{true, true, u"ap=x", u"Zed", 2, 1, u"XC", u"Zed"};
+        // Closing the list is no entry into the field: the edit stays measured against the old text.
+        QTest::newRow("list opened and closed") << TypeCase{false, true, u"zz!", u"zz", 2, 0, u"XCXC", u""};
     }
     void typing()
     {
@@ -293,8 +323,61 @@ private slots:
         QCOMPARE(c->TextOriginal(), limit ? text : u"Apple"_qs);
     }
 
-    // Text before List (a .ui file's order) gives the same control; a text refused under the
-    // limit comes back when the limit goes, free text goes when it comes.
+    // The limit counts characters and never splits one; it measures against the field's text as
+    // it is now, also after the list opened and closed or a text set by code longer than the limit.
+    void typingLimit_data()
+    {
+        QTest::addColumn<bool>("limit");
+        QTest::addColumn<int>("maxLength");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("after");
+        QTest::addColumn<QString>("events");
+        QTest::newRow("one character outside the basic plane") << false << 1 << QString() << u"😀😀"_qs << u"😀"_qs << u"XC"_qs;
+        QTest::newRow("after the list, limited") << true << 1 << u"0.5"_qs << u"!$<e"_qs << u"0.5"_qs << QString();
+        QTest::newRow("longer text from code") << false << 5 << u"1e+308"_qs << u"!$Z"_qs << u"1e+308"_qs << QString();
+    }
+    void typingLimit()
+    {
+        QFETCH(bool, limit);
+        QFETCH(int, maxLength);
+        QFETCH(QString, text);
+        QFETCH(QString, keys);
+        QFETCH(QString, after);
+        QFETCH(QString, events);
+        Form f;
+        QVERIFY(f.ready());
+        KelCombo *c = focused(f, u"0.5"_qs, limit, Qt::MouseFocusReason);
+        c->setMaxLength(qint16(maxLength));
+        c->setText(text);
+        EventLog log(c);
+        type(c, keys);
+        QCOMPARE(c->Combo1->Text(), after);
+        QCOMPARE(log.seen, events);
+    }
+
+    // Code that moves the focus away while the list is open leaves the field as the user does:
+    // its exit runs, and the next entry takes a new reference.
+    void focusMovedWithListOpen()
+    {
+        Form f;
+        QVERIFY(f.ready());
+        KelCombo *c = focused(f, u"Apple"_qs, false);
+        c->setText(u"Apple"_qs);
+        type(c, u"$xy"_qs);
+        QVERIFY(c->Changed());
+        QTest::keyClick(field(c), Qt::Key_F4);
+        QTRY_VERIFY(c->Combo1->DroppedDown());
+        field(f.second)->setFocus(Qt::OtherFocusReason);
+        QTRY_VERIFY(!c->Combo1->DroppedDown());
+        QCOMPARE(c->Combo1->BackColor(), librarySettings().FieldBackNormal);
+        field(c)->setFocus(Qt::MouseFocusReason);
+        QCOMPARE(c->TextOriginal(), u"Applexy"_qs);
+        QVERIFY(!c->Changed());
+    }
+
+    // Text before List (a .ui file's order, while the control loads) gives the same control; at
+    // run time a text refused under the limit is forgotten.
     void listIndexAndLimit()
     {
         KelCombo c;
@@ -318,6 +401,47 @@ private slots:
         QCOMPARE(c.ListIndex(), qint16(-1));
         c.setLimitToList(true);
         QCOMPARE(c.Text(), QString());
+
+        QCoreApplication::processEvents(); // the load is over
+        c.setText(u"Zed"_qs);
+        c.setLimitToList(false);
+        QCOMPARE(c.Text(), QString());
+        c.setLimitToList(true);
+        c.setList(QString());
+        c.setText(u"Beta"_qs);
+        c.setList(u"Alpha,Beta"_qs);
+        QCOMPARE(c.Text(), QString());
+        QCOMPARE(c.TextOriginal(), QString());
+    }
+
+    // Enabled reaches the caption and the box only, and the colour follows the lock and the
+    // control's own state; a new control shows its name as its caption.
+    void enabledAndNewCaption_data()
+    {
+        QTest::addColumn<QString>("puts");
+        QTest::addColumn<bool>("fieldEnabled");
+        QTest::addColumn<bool>("locked");
+        QTest::newRow("disabled") << u"E"_qs << false << false;
+        QTest::newRow("disabled, locked and unlocked") << u"ELl"_qs << false << false;
+        QTest::newRow("locked") << u"L"_qs << true << true;
+        QTest::newRow("disabled and enabled") << u"Ee"_qs << true << false;
+    }
+    void enabledAndNewCaption()
+    {
+        QFETCH(QString, puts);
+        QFETCH(bool, fieldEnabled);
+        QFETCH(bool, locked);
+        QWidget form;
+        KelCombo *c = new KelCombo(&form);
+        c->setObjectName(u"cboCustomer"_qs);
+        c->InitProperties();
+        QCOMPARE(c->Caption(), u"cboCustomer"_qs);
+        for (const QChar p : puts)
+            p == u'E' || p == u'e' ? c->setProperty("Enabled", p == u'e') : c->setProperty("Locked", p == u'L');
+        QVERIFY(c->isEnabled());
+        QCOMPARE(c->Combo1->widget()->isEnabled(), fieldEnabled);
+        QCOMPARE(c->Label1->widget()->isEnabled(), fieldEnabled);
+        QCOMPARE(c->Combo1->BackColor(), locked ? librarySettings().FieldBackLocked : librarySettings().FieldBackNormal);
     }
 
     // DropDownWidth is written under one name and read under another spelling: only a bag that

@@ -1,6 +1,7 @@
 #pragma once
 // Date and time field tests: a two-field form and key scripts, where U is Up, D Down, I Insert,
-// E Enter, S and s the spinner's upper and lower button; any other character is typed.
+// E Enter, S and s the spinner's upper and lower button, C and V Ctrl+C and Ctrl+V; any other
+// character is typed.
 #include "common/spinfield.h"
 #include "kelfixture.h"
 #include "platform/dayserial.h"
@@ -35,6 +36,8 @@ inline void play(SpinField *f, QStringView script)
         case u'D': QTest::keyClick(text1(f), Qt::Key_Down); break;
         case u'I': QTest::keyClick(text1(f), Qt::Key_Insert); break;
         case u'E': QTest::keyClick(text1(f), Qt::Key_Return); break;
+        case u'C': QTest::keyClick(text1(f), Qt::Key_C, Qt::ControlModifier); break;
+        case u'V': QTest::keyClick(text1(f), Qt::Key_V, Qt::ControlModifier); break;
         case u'S': case u's':
             QTest::mouseClick(spinner, Qt::LeftButton, {}, QPoint(spinner->width() / 2, c == u'S' ? 2 : spinner->height() - 2));
             break;

@@ -3,6 +3,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QSignalSpy>
 
 using namespace kel;
@@ -57,11 +58,16 @@ private slots:
         QTest::newRow("empty, last day: today") << StepCase{dmy, LastDay, Top, false, u"", 0, u"D", u"31/01/2024", 5, 1};
         QTest::newRow("at the maximum") << StepCase{dmy, Allow, Top, false, u"31/12/9999", 0, u"U", u"31/12/9999", 2, 1};
         QTest::newRow("clamped") << StepCase{dmy, Allow, serial(2013, 3, 20), false, nullptr, 0, u"UUUUUU", u"20/03/2013", 2, 5};
-        QTest::newRow("pinned past the maximum") << StepCase{dmy, LastDay, serial(2013, 2, 20), false, nullptr, 0, u"U", u"28/02/2013", 2, 1};
+        // DaysFlag set after Value waits for the step: the text is not yet the pinned date's, so the month steps.
+        QTest::newRow("pinned past the maximum") << StepCase{dmy, LastDay, serial(2013, 2, 20), false, nullptr, 0, u"U", u"28/02/2013", 5, 1};
         QTest::newRow("locked") << StepCase{dmy, Allow, Top, true, nullptr, 0, u"UD+-Ss2", u"15/03/2013", 0, 0};
         QTest::newRow("overwrite") << StepCase{dmy, Allow, Top, false, nullptr, 0, u"2", u"25/03/2013", 1, 0};
         QTest::newRow("Insert key flips") << StepCase{dmy, Allow, Top, false, nullptr, 0, u"I2", u"215/03/2013", 1, 0};
         QTest::newRow("letters overwrite too") << StepCase{dmy, Allow, Top, false, nullptr, 3, u"x", u"15/x3/2013", 4, 0};
+        // Control characters too: a paste (of "2") types over, a copy takes the character after the caret.
+        QTest::newRow("paste overwrites") << StepCase{dmy, Allow, Top, false, nullptr, 0, u"V", u"25/03/2013", 1, 0};
+        QTest::newRow("copy takes the next character") << StepCase{dmy, Allow, Top, false, nullptr, 3, u"CV", u"15/03/2013", 4, 0};
+        QTest::newRow("format letter that upper-cases longer") << StepCase{u"ß dd/mm/yyyy", Allow, Top, false, nullptr, 6, u"U", u"ß 15/04/2013", 7, 1};
     }
     void stepping()
     {
@@ -79,6 +85,7 @@ private slots:
             QTest::keyClicks(text1(d), str(c.typed));
         }
         text1(d)->setCursorPosition(c.caret);
+        QGuiApplication::clipboard()->setText(u"2"_qs);
         play(d, str(c.keys));
         QCOMPARE(text1(d)->text(), str(c.shown));
         QCOMPARE(text1(d)->cursorPosition(), c.caretAfter);
@@ -182,6 +189,45 @@ private slots:
         }
     }
 
+    // At run time Format reads the shown text again in the new format, and DaysFlag waits for
+    // the next commit or step. While a form loads (a control not yet shown) both keep the value,
+    // so that the order of the setters does not matter.
+    void formatAndDaysFlagPuts_data()
+    {
+        QTest::addColumn<bool>("loading");
+        QTest::addColumn<QString>("property");
+        QTest::addColumn<QVariant>("given");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<double>("value");
+        QTest::addColumn<bool>("changed");
+        const double march5 = serial(2013, 3, 5);
+        QTest::newRow("Format at run time") << false << u"Format"_qs << QVariant(u"mm/dd/yyyy"_qs) << u"05/03/2013"_qs << serial(2013, 5, 3) << true;
+        QTest::newRow("Format while loading") << true << u"Format"_qs << QVariant(u"mm/dd/yyyy"_qs) << u"03/05/2013"_qs << march5 << false;
+        QTest::newRow("DaysFlag at run time") << false << u"DaysFlag"_qs << QVariant(int(LastDay)) << u"05/03/2013"_qs << march5 << false;
+        QTest::newRow("DaysFlag while loading") << true << u"DaysFlag"_qs << QVariant(int(LastDay)) << u"31/03/2013"_qs << serial(2013, 3, 31) << false;
+    }
+    void formatAndDaysFlagPuts()
+    {
+        QFETCH(bool, loading);
+        QFETCH(QString, property);
+        QFETCH(QVariant, given);
+        QFETCH(QString, shown);
+        QFETCH(double, value);
+        QFETCH(bool, changed);
+        KelDate fresh;
+        KelDate *c = loading ? &fresh : d;
+        c->setValue(Date{serial(2013, 3, 5)});
+        QVERIFY(c->setProperty(property.toLatin1().constData(), given));
+        QCOMPARE(c->Text1->Text(), shown);
+        QCOMPARE(c->Value(), Variant(Date{value}));
+        QCOMPARE(c->Changed(), changed);
+        if (loading)
+            return;
+        enter(d); // the next commit pins the day
+        enter(f->second);
+        QCOMPARE(d->Changed(), property == u"DaysFlag" || changed);
+    }
+
     void ignoredSetters()
     {
         // A bound a split second before midnight is the one a host reads back, not the day before.
@@ -209,6 +255,9 @@ private slots:
         QTest::newRow("Null") << Variant(Null) << u"dd/mm/yyyy"_qs << Variant(u""_qs) << QString() << int(Allow);
         QTest::newRow("today") << Variant(Date{serial(2024, 1, 15)}) << u"dd/mm/yyyy"_qs << Variant() << u"01/02/2024"_qs << int(Allow);
         // A birthday field's parser refuses a future date; the field's own saved form is still read.
+        // Whole days count towards zero: before 1900 the fraction is still the time of day.
+        QTest::newRow("before 1900 with a time") << Variant(Date{-1.25}) << u"dd/mm/yyyy"_qs << Variant(u"29121899"_qs) << u"29/12/1899"_qs << int(Allow);
+        QTest::newRow("first day at noon") << Variant(Date{-657434.5}) << u"dd/mm/yyyy"_qs << Variant(u"01010100"_qs) << u"01/01/100"_qs << int(Allow);
         QTest::newRow("future birthday") << Variant(Date{serial(2079, 6, 4)}) << u"dd/mm/yyyy"_qs << Variant(u"04062079"_qs) << u"04/06/2079"_qs << int(BirthDay);
     }
     void persistence()

@@ -1,5 +1,6 @@
 #include "controls/datetime/keltime.h"
 #include "keys.h"
+#include "library/dispatch.h"
 
 #include <QSignalSpy>
 
@@ -37,6 +38,7 @@ private slots:
         QTest::newRow("hh:mm") << u"hh:mm"_qs << u"hh:nn"_qs;
         QTest::newRow("mixed case pair") << u"h:Mm"_qs << u"h:NN"_qs;
         QTest::newRow("only the first, after a month") << u"dd/mm h:mm h:mm"_qs << u"dd/mm h:nn h:mm"_qs;
+        QTest::newRow("a letter that upper-cases longer") << u"ß hh:mm"_qs << u"ß hh:nn"_qs;
     }
     void formatCorrection()
     {
@@ -84,12 +86,38 @@ private slots:
         QCOMPARE(changes.size(), c.changes);
     }
 
+    // At run time the shown text is read again in the new format; while a form loads (a control
+    // not yet shown) the value is kept and shown in it.
+    void formatPut_data()
+    {
+        QTest::addColumn<bool>("loading");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("at run time") << false << u"10:15:00"_qs;
+        QTest::newRow("while loading") << true << u"10:15:30"_qs;
+    }
+    void formatPut()
+    {
+        QFETCH(bool, loading);
+        QFETCH(QString, shown);
+        KelTime fresh;
+        KelTime *c = loading ? &fresh : t;
+        c->setValue(Date{clock(10, 15, 30)});
+        QCOMPARE(c->Text1->Text(), u"10:15 am"_qs);
+        c->setFormat(u"hh:nn:ss"_qs);
+        QCOMPARE(c->Text1->Text(), shown);
+        QCOMPARE(c->Changed(), !loading);
+    }
+
     // Bounds keep only the time of day in whole seconds and drag each other; a value set
     // outside them stays until the commit clamps it.
     void bounds()
     {
         t->setMinValue(Date{clock(8, 0)});
         t->setMaxValue(Date{2.25});
+        QCOMPARE(t->MinValue().serial, clock(6, 0));
+        // Through dispatch too a split second before midnight is the last second of the day.
+        QVERIFY(dispatchPut(t, u"MaxValue", 0.99999999));
+        QCOMPARE(t->MaxValue().serial, clock(23, 59, 59));
         QCOMPARE(t->MinValue().serial, clock(6, 0));
         // A split second before midnight is the last second, not midnight, also as a QTime.
         QVERIFY(t->setProperty("MaxValue", QDateTime(QDate(2000, 1, 1), QTime(23, 59, 59, 999))));

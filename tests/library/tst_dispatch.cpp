@@ -1,6 +1,7 @@
 #include "controls/kelcontrols8.h"
 #include "controls/number/kelnumber.h"
 #include "controls/text/keltext.h"
+#include "designer/persisted.h"
 #include "kelfixture.h"
 #include "library/dispatch.h"
 #include "library/kelcontrolhandler.h"
@@ -67,6 +68,44 @@ private slots:
         args = {Variant(QString())}; // a by-reference argument comes back filled
         QVERIFY(dispatchInvoke(&n, u"ChangedCaption"_qs, DispatchKind::PropertyGet, args).ok);
         QCOMPARE(args[0], Variant(u"Amount"_qs));
+    }
+
+    // A number reads back, through dispatch and from a saved form, as the type the model and
+    // the reading default give it, even where a wider Qt type carries it.
+    void typesAsModelled_data()
+    {
+        QTest::addColumn<QString>("className");
+        for (const auto &cls : typemodel::library().classes)
+            if (cls.isControl)
+                QTest::newRow(qPrintable(cls.name)) << cls.name;
+    }
+    void typesAsModelled()
+    {
+        QFETCH(QString, className);
+        QWidget parent;
+        std::unique_ptr<QObject> obj(createObject(className, &parent));
+        auto *control = qobject_cast<UserControl *>(obj.get());
+        QVERIFY(control);
+        control->InitProperties();
+        const std::vector<PersistedProperty> persisted = persistedProperties(className);
+        for (const PersistedProperty &p : persisted)
+            if (p.value.type() == Variant::Type::Integer || p.value.type() == Variant::Type::Long)
+                QVERIFY2(dispatchPut(control, p.property, Variant(p.value.toInt32() + 3)), qPrintable(p.name));
+        using VT = Variant::Type;
+        for (const auto &m : typemodel::findClass(className)->members) {
+            if (m.access == typemodel::Access::Method || !m.args.empty() || (m.type != typemodel::VType::Int16 && m.type != typemodel::VType::Int32))
+                continue;
+            const Variant got = dispatchGet(control, m.name);
+            QVERIFY2(got.type() == (m.type == typemodel::VType::Int16 ? VT::Integer : VT::Long), qPrintable(m.name + u": "_qs + got.debugString()));
+        }
+        MemoryPropertyBag bag;
+        control->WriteProperties(bag);
+        for (const PersistedProperty &p : persisted) {
+            const Variant saved = bag.value(p.name.compare(u"DropdownWidth") == 0 ? u"DropDownWidth"_qs : p.name);
+            const typemodel::Member *m = typemodel::findMember(*typemodel::findClass(className), p.property);
+            if (!saved.isEmpty() && m && m->type != typemodel::VType::Variant && p.value.type() != VT::Date)
+                QVERIFY2(saved.type() == p.value.type(), qPrintable(p.name + u": "_qs + saved.debugString()));
+        }
     }
 
     void errorsAreResults_data()
