@@ -3,6 +3,8 @@
 #include "demoform.h"
 #include "runform.h"
 
+#include <KelControls8/kelcontrols8_version.h>
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -15,9 +17,11 @@ int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kelform"));
+    QApplication::setApplicationVersion(QStringLiteral(KELCONTROLS8_VERSION_STRING));
     QCommandLineParser cli;
     cli.setApplicationDescription(QStringLiteral("Shows a form of KelControls8 controls."));
     cli.addHelpOption();
+    cli.addVersionOption();
     const QCommandLineOption png(QStringLiteral("png"), QStringLiteral("Render the form to <file> and exit."), QStringLiteral("file"));
     cli.addOption(png);
     const QCommandLineOption gallery(QStringLiteral("gallery"), QStringLiteral("Show the gallery of every control."));
