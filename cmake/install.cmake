@@ -66,3 +66,9 @@ endif()
 # The API reference: scripts/docs (or the target docs) renders it into build/docs.
 install(DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/docs/html/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/html OPTIONAL)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/docs/KelControls8.qch DESTINATION ${CMAKE_INSTALL_DATADIR}/qt6/doc OPTIONAL)
+find_program(KEL_DOXYGEN doxygen)
+if(KEL_DOXYGEN)
+  add_custom_target(docs COMMAND ${CMAKE_COMMAND} -E env KEL_DOCS_DIR=${CMAKE_CURRENT_BINARY_DIR}/docs
+                    KEL_VERSION=${PROJECT_VERSION} ${KEL_DOXYGEN} Doxyfile
+                    WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR} COMMENT "API reference in docs/html" VERBATIM)
+endif()
