@@ -50,7 +50,7 @@ if(TARGET kelform)
   if(KEL_HELP2MAN AND NOT KEL_SANITIZE AND NOT KEL_BUILD_FUZZ)
     set(_man ${PROJECT_BINARY_DIR}/kelform.1)
     add_custom_command(OUTPUT ${_man}
-      COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen ${KEL_HELP2MAN} --no-info --no-discard-stderr
+      COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen ${KEL_HELP2MAN} --no-info
               --section=1 --include=${PROJECT_SOURCE_DIR}/apps/kelform/kelform.h2m --output=${_man} $<TARGET_FILE:kelform>
       DEPENDS kelform ${PROJECT_SOURCE_DIR}/apps/kelform/kelform.h2m VERBATIM)
     add_custom_target(kelform_man ALL DEPENDS ${_man})
