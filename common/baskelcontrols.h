@@ -1,7 +1,7 @@
 #pragma once
 // Library-wide set-up shared by every control.
-#include "library/librarysettings.h"
-#include "platform/kelexport.h"
+#include "../library/librarysettings.h"
+#include "../platform/kelexport.h"
 
 namespace kel {
 

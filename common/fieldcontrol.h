@@ -3,11 +3,11 @@
 /// What every entry control shares: caption and field layout, the background colour that records
 /// focus and lock state, the caption colour for Mandatory, selection on focus, and persistence
 /// through the public setters. A control states only where it departs.
-#include "forms/label.h"
-#include "forms/usercontrol.h"
-#include "library/librarysettings.h"
-#include "platform/kelexport.h"
-#include "platform/variant.h"
+#include "../forms/label.h"
+#include "../forms/usercontrol.h"
+#include "../library/librarysettings.h"
+#include "../platform/kelexport.h"
+#include "../platform/variant.h"
 
 #include <QLocale>
 #include <vector>

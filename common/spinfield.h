@@ -2,10 +2,10 @@
 // A one-line text box with an optional spinner in a strip at its right edge: what the number,
 // date and time fields share. The spinner and the Up and Down keys step the field by one unit
 // up or down; Insert toggles typing over; Enter moves on as Tab would.
-#include "common/fieldcontrol.h"
-#include "forms/textbox.h"
-#include "forms/updown.h"
-#include "platform/kelexport.h"
+#include "fieldcontrol.h"
+#include "../forms/textbox.h"
+#include "../forms/updown.h"
+#include "../platform/kelexport.h"
 
 #include <QLocale>
 
@@ -23,11 +23,14 @@ class KEL_EXPORT SpinField : public FieldControl
     Q_PROPERTY(bool UpDown READ UpDown WRITE setUpDown)
 
 public:
+    /// The text box, child widget "Text1".
     TextBox *const Text1;
+    /// The spinner, child widget "UpDown1".
     kel::UpDown *const UpDown1;
 
     /// Whether the spinner is shown; setting it lays the control out again.
     bool UpDown() const { return m_upDown; }
+    /// Sets UpDown.
     void setUpDown(bool upDown);
 
 protected:

@@ -1,7 +1,7 @@
 #pragma once
 // The combo box's own three-dimensional look, drawn over what the style paints: a sunken frame
 // around the box and a raised one around its button strip (ButtonWidthPixels wide).
-#include "platform/kelexport.h"
+#include "../platform/kelexport.h"
 
 class QWidget;
 

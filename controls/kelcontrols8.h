@@ -1,7 +1,7 @@
 #pragma once
 // The library's entry points for hosts: create any class by name.
-#include "library/classfactory.h"
-#include "platform/kelexport.h"
+#include "../library/classfactory.h"
+#include "../platform/kelexport.h"
 
 class QWidget;
 

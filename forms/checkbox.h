@@ -1,7 +1,7 @@
 #pragma once
 // The check box: state 0 (unchecked), 1 (checked) or 2 (grey). Click is raised whenever the
 // state changes, by the user or by code, as the classic check box does.
-#include "forms/child.h"
+#include "child.h"
 
 class QCheckBox;
 

@@ -2,7 +2,7 @@
 // A child widget of a control, seen the classic way: geometry in twips, classic colours, and
 // the events KeyDown / KeyPress (with codes a handler may change or zero), GotFocus, LostFocus,
 // Click, MouseDown and Change.
-#include "platform/kelexport.h"
+#include "../platform/kelexport.h"
 
 #include <QObject>
 #include <QPointer>

@@ -2,8 +2,8 @@
 // The drop-down combo box: an edit field over a list of items. Items are plain text in list order
 // (never sorted, duplicates kept). Qt's own completion and insertion are off: what the user types
 // stays as typed unless the owner completes it.
-#include "forms/child.h"
-#include "platform/kelexport.h"
+#include "child.h"
+#include "../platform/kelexport.h"
 
 #include <QStringList>
 #include <memory>

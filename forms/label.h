@@ -1,6 +1,6 @@
 #pragma once
-#include "forms/child.h"
-#include "platform/kelexport.h"
+#include "child.h"
+#include "../platform/kelexport.h"
 
 #include <QLabel>
 

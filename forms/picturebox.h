@@ -3,7 +3,7 @@
 // few commands drawn since the last clear, and turned into a retained image only when they pile
 // up or the box is resized over a drawing, so a form of progress bars holds no pixels of its own.
 // Its scale is in pixels, with (0, 0) at the top left of the inside.
-#include "forms/child.h"
+#include "child.h"
 
 #include <QColor>
 #include <QFont>

@@ -2,8 +2,8 @@
 // The text box in its single-line and multi-line kinds. The multi-line kind shows carriage
 // return + line feed pairs as line breaks and counts both characters in every position; a lone
 // carriage return or line feed stays a character of the text.
-#include "forms/child.h"
-#include "platform/kelexport.h"
+#include "child.h"
+#include "../platform/kelexport.h"
 
 class QLineEdit;
 

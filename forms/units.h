@@ -1,7 +1,7 @@
 #pragma once
 // Twips and classic colours on Qt: lengths in the API are twips, colours 0x00BBGGRR with
 // 0x800000nn naming system colour nn.
-#include "platform/kelexport.h"
+#include "../platform/kelexport.h"
 
 #include <QColor>
 #include <QPalette>

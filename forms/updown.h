@@ -3,8 +3,8 @@
 // clicks; a click on the upper button sets 2, on the lower one 0, and raises Change. The owner
 // reads the value and puts it back to 1. It never takes the focus. A button held down repeats;
 // screen readers get increase and decrease actions.
-#include "forms/child.h"
-#include "platform/kelexport.h"
+#include "child.h"
+#include "../platform/kelexport.h"
 
 namespace kel {
 

@@ -2,9 +2,9 @@
 /// \file
 /// The base of every control: the container's lifecycle, focus entry and exit of the control as
 /// a whole, property-changed notices, the extender's tool tip, and sizes in twips.
-#include "platform/kelexport.h"
-#include "platform/liveobjects.h"
-#include "platform/propertybag.h"
+#include "../platform/kelexport.h"
+#include "../platform/liveobjects.h"
+#include "../platform/propertybag.h"
 
 #include <QVariant>
 #include <QWidget>

@@ -2,8 +2,8 @@
 /// \file
 /// Creating the library's classes by name, counting live objects, and the registration that hosts
 /// and the Designer plugin read.
-#include "platform/kelexport.h"
-#include "platform/liveobjects.h"
+#include "../platform/kelexport.h"
+#include "../platform/liveobjects.h"
 
 #include <QObject>
 #include <QStringList>

@@ -1,8 +1,8 @@
 #pragma once
 /// \file
 /// Late-bound access to every member of the library's classes, by dispatch id or by name.
-#include "platform/kelexport.h"
-#include "platform/variant.h"
+#include "../platform/kelexport.h"
+#include "../platform/variant.h"
 
 #include <QObject>
 #include <vector>

@@ -1,7 +1,7 @@
 #pragma once
-#include "library/classfactory.h"
-#include "library/runtimeinterface.h"
-#include "platform/kelexport.h"
+#include "classfactory.h"
+#include "runtimeinterface.h"
+#include "../platform/kelexport.h"
 
 #include <type_traits>
 

@@ -1,8 +1,8 @@
 #pragma once
 /// \file
 /// The library-wide settings, held once for all controls.
-#include "library/runtimeinterface.h"
-#include "platform/kelexport.h"
+#include "runtimeinterface.h"
+#include "../platform/kelexport.h"
 
 namespace kel {
 

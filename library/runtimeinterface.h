@@ -2,8 +2,8 @@
 /// \file
 /// What the controls need of the host's run-time object. Hosts hand their own through
 /// KelControlHandler::SetRuntime; otherwise the library creates the default KelRuntime8.
-#include "platform/kelexport.h"
-#include "platform/variant.h"
+#include "../platform/kelexport.h"
+#include "../platform/variant.h"
 
 #include <QLocale>
 #include <QObject>
@@ -21,7 +21,9 @@ public:
 
 /// A font by name and size in points.
 struct FontSpec {
+    /// The font's family.
     QString name;
+    /// The font's size in points.
     double size = 0;
 };
 
@@ -51,8 +53,8 @@ public:
     virtual QString DecimalSeparator() = 0;        ///< its first character is used
     /// The regional number of decimals.
     virtual qint16 DecimalDigits() = 0;
-    // The region the controls show numbers and dates in. RuntimeDates must read back what this
-    // region writes (its decimal and group separators), or shown values would not parse back.
+    /// The region the controls show numbers and dates in. RuntimeDates must read back what this
+    /// region writes (its decimal and group separators), or shown values would not parse back.
     virtual QLocale Locale() = 0;
     /// The font of captions.
     virtual FontSpec CaptionFont() = 0;

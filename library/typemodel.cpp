@@ -1,5 +1,7 @@
 #include "library/typemodel.h"
 
+#include <KelControls8/kelcontrols8_version.h>
+
 using namespace Qt::StringLiterals;
 
 namespace kel::typemodel {
@@ -264,7 +266,7 @@ Library build()
 {
     Library lib;
     lib.name = u"KelControls8"_s;
-    lib.fileVersion = u"8.0.0.20"_s;
+    lib.fileVersion = QStringLiteral(KELCONTROLS8_VERSION_STRING);
     lib.typeLibVersion = u"1.4"_s;
     lib.libraryId = stableUuid(lib.name);
     lib.classes = {progressBar(), number(), check(), combo(), date(), timeControl(), text(), controlHandler()};

@@ -2,7 +2,7 @@
 /// \file
 /// The library's public surface as data: classes, members in function-table order, dispatch ids,
 /// events and the enumeration. One table, read by the factory, dispatch, the IDL dump and tests.
-#include "platform/kelexport.h"
+#include "../platform/kelexport.h"
 
 #include <QString>
 #include <QStringList>

@@ -3,7 +3,7 @@
 /// Day serials: whole days since 30 December 1899, the fraction is the time of day.
 /// Before that day the serial is negative but its fraction still counts forward within
 /// the day: -1.25 is 29 December 1899 06:00, not 28 December 18:00.
-#include "platform/kelexport.h"
+#include "kelexport.h"
 
 #include <QDate>
 #include <QDateTime>
@@ -16,10 +16,12 @@ inline constexpr double kMaxDaySerial = 2958465.0;  ///< 31 December 9999 (its w
 
 /// A serial broken into its calendar parts, time rounded to the nearest second.
 struct CivilDateTime {
-    /// Calendar date.
-    int year = 1899, month = 12, day = 30;
-    /// Time of day.
-    int hour = 0, minute = 0, second = 0;
+    int year = 1899;  ///< the calendar date
+    int month = 12;   ///< 1..12
+    int day = 30;     ///< 1..31
+    int hour = 0;    ///< the time of day, 0..23
+    int minute = 0;  ///< 0..59
+    int second = 0;  ///< 0..59
     /// Same date and time.
     friend bool operator==(const CivilDateTime &, const CivilDateTime &) = default;
 };

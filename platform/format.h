@@ -6,7 +6,7 @@
 /// form the classic runtime prints), and every rounding decision is made on those
 /// decimal digits, half away from zero: 2.675 shows as 2.68 with two decimals although
 /// its binary value lies just below the half.
-#include "platform/kelexport.h"
+#include "kelexport.h"
 
 #include <QLocale>
 #include <QString>

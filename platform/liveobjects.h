@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/kelexport.h"
+#include "kelexport.h"
 
 namespace kel {
 

@@ -1,8 +1,8 @@
 #pragma once
 /// \file
 /// The host's property bag: named, typed design-time values of one control.
-#include "platform/kelexport.h"
-#include "platform/variant.h"
+#include "kelexport.h"
+#include "variant.h"
 
 #include <QList>
 #include <QPair>

@@ -1,7 +1,7 @@
 #pragma once
 /// \file
 /// The platform services the controls use, injectable so tests can capture and fix them.
-#include "platform/kelexport.h"
+#include "kelexport.h"
 
 #include <QDate>
 #include <QDateTime>

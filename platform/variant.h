@@ -1,7 +1,7 @@
 #pragma once
 /// \file
 /// The classic run-time's variant: Empty, Null, Boolean, Integer, Long, Double, Date, String.
-#include "platform/kelexport.h"
+#include "kelexport.h"
 
 #include <QMetaType>
 #include <QString>

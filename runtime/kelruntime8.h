@@ -2,8 +2,8 @@
 /// \file
 /// The default run-time object: regional settings from QLocale, colour depth from the screen,
 /// fonts from the application font. Every setting can be overridden by hosts and tests.
-#include "library/runtimeinterface.h"
-#include "platform/kelexport.h"
+#include "../library/runtimeinterface.h"
+#include "../platform/kelexport.h"
 
 #include <QLocale>
 #include <optional>
@@ -24,6 +24,7 @@ public:
     QString DecimalSeparator() override;
     /// 2 unless overridden.
     qint16 DecimalDigits() override;
+    /// The regional settings in use, as locale() gives them.
     QLocale Locale() override { return locale(); }
     /// The application font unless overridden.
     FontSpec CaptionFont() override;

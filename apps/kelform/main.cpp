@@ -5,6 +5,8 @@
 #include "demoform.h"
 #include "runform.h"
 
+#include <KelControls8/kelcontrols8_version.h>
+
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QLabel>
@@ -16,7 +18,7 @@ namespace {
 void nameApplication()
 {
     QCoreApplication::setApplicationName(QStringLiteral("kelform"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(KEL_VERSION_STRING));
+    QCoreApplication::setApplicationVersion(QStringLiteral(KELCONTROLS8_VERSION_STRING));
     kel::kelform::installTranslations();
 }
 

@@ -2,9 +2,9 @@
 // One check box with the change tracking of the entry fields: a boolean Value measured against
 // an original and a saved value, mandatory and locked shown through the text colour and the
 // input it takes, and Change when the user toggles it.
-#include "forms/checkbox.h"
-#include "forms/usercontrol.h"
-#include "platform/kelexport.h"
+#include "../../forms/checkbox.h"
+#include "../../forms/usercontrol.h"
+#include "../../platform/kelexport.h"
 
 namespace kel {
 
@@ -25,6 +25,7 @@ class KEL_EXPORT KelCheck : public UserControl
     Q_PROPERTY(bool ValueSaved READ ValueSaved WRITE setValueSaved DESIGNABLE false)
 
 public:
+    /// A new control, a child of parent; the container sets its properties next.
     explicit KelCheck(QWidget *parent = nullptr);
 
     /// The check box; its own caption is the field's caption.
@@ -40,15 +41,19 @@ public:
     bool ChangedSaved() const { return Value() != m_valueSaved; }
     /// The stored flag; a disabled field shows grey text and takes no input.
     bool Enabled() const { return m_enabled; }
+    /// Sets Enabled.
     void setEnabled(bool enabled);
     /// The check box's bold font.
     bool FontBold() const { return Check1->FontBold(); }
+    /// Sets FontBold.
     void setFontBold(bool bold);
     /// A locked field takes no click, no key and no focus, but is drawn enabled.
     bool Locked() const { return m_locked; }
+    /// Sets Locked.
     void setLocked(bool locked);
     /// Shown by the text colour only; a check field is never invalid.
     bool Mandatory() const { return m_mandatory; }
+    /// Sets Mandatory.
     void setMandatory(bool mandatory);
     /// Always true.
     bool Valid() const { return true; }
@@ -58,9 +63,11 @@ public:
     void setValue(bool value);
     /// The reference of Changed; setting it announces nothing.
     bool ValueOriginal() const { return m_valueOriginal; }
+    /// Sets ValueOriginal.
     void setValueOriginal(bool value) { m_valueOriginal = value; }
     /// The reference of ChangedSaved: the value the host last stored.
     bool ValueSaved() const { return m_valueSaved; }
+    /// Sets ValueSaved.
     void setValueSaved(bool value) { m_valueSaved = value; }
 
     /// Repaints the check box.

@@ -1,6 +1,6 @@
 #pragma once
 // The combo's item list string: comma-separated, double quotes keep commas inside an item.
-#include "platform/kelexport.h"
+#include "../../platform/kelexport.h"
 
 #include <QStringList>
 

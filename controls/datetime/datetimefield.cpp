@@ -296,13 +296,17 @@ void DateTimeField::finishStep(double value, const QString &shown, int caret, bo
 
 void DateTimeField::writeProperties(PropertyBag &bag, const std::vector<Persisted> &readOrder)
 {
-    std::vector<Persisted> order = readOrder;
-    const auto named = [&](QStringView name) {
-        return std::find_if(order.begin(), order.end(), [&](const Persisted &p) { return p.name == name; });
+    // Value is written where UpDown is read and UpDown where Value is. Done by address rather
+    // than by swapping copies of the table, which also stays defined when either entry is missing.
+    const auto named = [&](QStringView name) -> const Persisted * {
+        const auto it = std::find_if(readOrder.begin(), readOrder.end(), [&](const Persisted &p) { return p.name == name; });
+        return it == readOrder.end() ? nullptr : &*it;
     };
-    std::iter_swap(named(u"UpDown"), named(u"Value"));
-    for (const Persisted &p : order) {
-        if (p.name == u"Value")
+    const Persisted *upDown = named(u"UpDown");
+    const Persisted *value = named(u"Value");
+    for (const Persisted &entry : readOrder) {
+        const Persisted &p = (&entry == upDown && value) ? *value : (&entry == value && upDown) ? *upDown : entry;
+        if (&p == value)
             bag.WriteProperty(p.name, persistedValue(), p.writeDefault);
         else
             writePersisted(bag, {p});

@@ -2,9 +2,9 @@
 // What the date and the time field share: a day serial (or Null) typed as free text, read back
 // through the run-time object's parser, shown in Format, kept in MinValue..MaxValue on commit and
 // on stepping, checked by Valid with a message in the field's own words.
-#include "common/spinfield.h"
-#include "platform/kelexport.h"
-#include "platform/variant.h"
+#include "../../common/spinfield.h"
+#include "../../platform/kelexport.h"
+#include "../../platform/variant.h"
 
 #include <QDateTime>
 #include <optional>
@@ -38,11 +38,13 @@ public:
     void setEnabled(bool enabled);
     /// The display format, in the letters of the classic Format function.
     QString Format() const { return m_format; }
+    /// Sets Format.
     virtual void setFormat(const QString &format) = 0;
     /// A locked field keeps its value and text: no typing, no stepping, always Valid.
     void setLocked(bool locked);
     /// Upper bound, applied when the text is committed or stepped; a lower MinValue follows it.
     Date MaxValue() const { return {m_maxValue}; }
+    /// Sets MaxValue.
     void setMaxValue(Date value);
     /// The same as a date-time or a date; an invalid one is ignored.
     void setMaxValue(const QDateTime &value);
@@ -50,7 +52,9 @@ public:
     QDateTime maxDateTime() const;
     /// Lower bound; a higher MaxValue follows it.
     Date MinValue() const { return {m_minValue}; }
+    /// Sets MinValue.
     void setMinValue(Date value);
+    /// Sets MinValue.
     void setMinValue(const QDateTime &value);
     void setMinValue(QDate value);
     QDateTime minDateTime() const;
@@ -68,9 +72,11 @@ public:
     void setValue(QTime value);
     /// What Changed compares against: the value set from code or last stepped to.
     Variant ValueOriginal() const { return m_valueOriginal; }
+    /// Sets ValueOriginal.
     void setValueOriginal(const Variant &value) { m_valueOriginal = value; }
     /// What ChangedSaved compares against; the host sets it after storing the record.
     Variant ValueSaved() const { return m_valueSaved; }
+    /// Sets ValueSaved.
     void setValueSaved(const Variant &value) { m_valueSaved = value; }
 
     /// Value, ValueOriginal, ValueSaved and the bounds as Qt's property system gives and takes

@@ -1,7 +1,7 @@
 #pragma once
 // A date typed in free form, read by the run-time object's date parser and shown in Format;
 // the Up and Down keys, "+" and "-" and the spinner step the day, month or year under the caret.
-#include "controls/datetime/datetimefield.h"
+#include "datetimefield.h"
 
 #include <cmath>
 
@@ -17,6 +17,7 @@ public:
     enum KelDateDaysFlag : qint32 { Allow = 0, FirstDay = 1, LastDay = 2, BirthDay = 3 };
     Q_ENUM(KelDateDaysFlag)
 
+    /// A new control, a child of parent; the container sets its properties next.
     explicit KelDate(QWidget *parent = nullptr);
 
     /// A KelDateDaysFlag; other numbers are ignored. A held date is pinned at once.

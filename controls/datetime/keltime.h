@@ -2,7 +2,7 @@
 // A time of day typed in free form, read by the run-time object's time parser and shown in
 // Format; the Up and Down keys, "+" and "-" and the spinner step the hour, minute or second
 // under the caret. Never wraps past midnight.
-#include "controls/datetime/datetimefield.h"
+#include "datetimefield.h"
 
 #include <cmath>
 
@@ -13,17 +13,23 @@ class KEL_EXPORT KelTime : public DateTimeField
     Q_OBJECT
 
 public:
+    /// A new control, a child of parent; the container sets its properties next.
     explicit KelTime(QWidget *parent = nullptr);
 
     /// Minutes written with the month letter right after an hour ("hh:mm") are read as minutes
     /// ("hh:nn"); stored even when empty. The text is shown again in the new format.
     void setFormat(const QString &format) override;
+    /// Sets MaxValue from a Date or a QDateTime as well.
     using DateTimeField::setMaxValue;
+    /// Sets MinValue from a Date or a QDateTime as well.
     using DateTimeField::setMinValue;
     /// A bound as a time of day; an invalid one is ignored.
     void setMaxValue(QTime value);
+    /// Sets MinValue.
     void setMinValue(QTime value);
+    /// MaxValue as a QTime, the Qt property's type.
     QTime maxTime() const { return maxDateTime().time(); }
+    /// MinValue as a QTime, the Qt property's type.
     QTime minTime() const { return minDateTime().time(); }
 
 protected:

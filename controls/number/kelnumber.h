@@ -2,8 +2,8 @@
 // A Double in one text box: grouped with fixed decimals and red parentheses for negatives while
 // the field rests, plain while it is edited, typed through a key filter that admits only what can
 // make a number, stepped by an optional spinner or the Up and Down keys, kept in MinValue..MaxValue.
-#include "common/spinfield.h"
-#include "platform/kelexport.h"
+#include "../../common/spinfield.h"
+#include "../../platform/kelexport.h"
 
 namespace kel {
 
@@ -28,7 +28,9 @@ public:
     explicit KelNumber(QWidget *parent = nullptr);
 
     // Reading the value commits what the user typed first, so these are not const.
+    /// Whether Value differs from ValueOriginal.
     bool Changed() { return currentValue() != m_valueOriginal; }
+    /// Whether Value differs from ValueSaved.
     bool ChangedSaved() { return currentValue() != m_valueSaved; }
     /// Whether the caption label reports changed data; CaptionToSave receives the caption when it
     /// differs from the label's tag, else "".
@@ -61,9 +63,9 @@ public:
     void setUpDownChange(double step);
     /// False when the field is mandatory and 0, or out of range; with ShowMessage a message box says why.
     Q_INVOKABLE bool Valid(bool ShowMessage = false);
-    // Always a Double.
+    /// Always a Double.
     Variant Value() { return currentValue(); }
-    // Ignores anything that is not numeric; never clamps and raises nothing.
+    /// Ignores anything that is not numeric; never clamps and raises nothing.
     void setValue(const Variant &value);
     /// Value for Qt's property system: a double.
     QVariant plainValue() { return currentValue(); }
@@ -79,7 +81,7 @@ public:
     void setValueSaved(double value) { m_valueSaved = value; }
 
 signals:
-    // Only a step of the spinner or of the Up/Down keys that moved the value.
+    /// Only a step of the spinner or of the Up/Down keys that moved the value.
     void Change();
     /// Value moved, by code, a step or a committed entry (Qt's notification; Change keeps its own rules).
     void ValueChanged();

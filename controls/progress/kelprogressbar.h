@@ -2,9 +2,9 @@
 // A painted progress bar: the share of Min..Max done as a filled bar, the percentage in the
 // middle and, optionally, the estimated time left. Cheap to feed every item of a long job: a
 // Value that moves the bar by less than a pixel draws nothing.
-#include "forms/picturebox.h"
-#include "forms/usercontrol.h"
-#include "platform/kelexport.h"
+#include "../../forms/picturebox.h"
+#include "../../forms/usercontrol.h"
+#include "../../platform/kelexport.h"
 
 namespace kel {
 
@@ -18,6 +18,7 @@ class KEL_EXPORT KelProgressBar : public UserControl
     Q_PROPERTY(qint32 Value READ Value WRITE setValue USER true DESIGNABLE false)
 
 public:
+    /// A new control, a child of parent; the container sets its properties next.
     explicit KelProgressBar(QWidget *parent = nullptr);
 
     /// The picture the bar and its text are drawn on.
@@ -25,15 +26,19 @@ public:
 
     /// The control's own enabled state (not saved with the form).
     bool Enabled() const { return !testAttribute(Qt::WA_ForceDisabled); }
+    /// Sets Enabled.
     void setEnabled(bool enabled);
     /// The last value of the job; Min follows it down when it is set below Min.
     qint32 Max() const { return m_max; }
+    /// Sets Max.
     void setMax(qint32 max);
     /// The first value of the job; Max follows it up when it is set above Max.
     qint32 Min() const { return m_min; }
+    /// Sets Min.
     void setMin(qint32 min);
     /// Appends the estimated time left once more than 10 seconds have passed since Start.
     bool ShowTime() const { return m_showTime; }
+    /// Sets ShowTime.
     void setShowTime(bool show);
     /// Always within Min..Max.
     qint32 Value() const { return m_value; }

@@ -1,9 +1,9 @@
 #pragma once
 // Free text, single- or multi-line, with overwrite typing, Enter as Tab, and the shared change
 // tracking, mandatory check and colours.
-#include "common/fieldcontrol.h"
-#include "forms/textbox.h"
-#include "platform/kelexport.h"
+#include "../../common/fieldcontrol.h"
+#include "../../forms/textbox.h"
+#include "../../platform/kelexport.h"
 
 namespace kel {
 
@@ -48,7 +48,7 @@ public:
     QString PasswordChar() const { return m_box[0]->PasswordChar(); }
     /// Sets PasswordChar to the first character of `c` ("" shows the text).
     void setPasswordChar(const QString &c);
-    // Reading the text of a multi-line field drops its trailing empty lines from the field.
+    /// Reading the text of a multi-line field drops its trailing empty lines from the field.
     QString Text();
     /// Sets the text and TextOriginal; raises Change.
     void setText(const QString &text);

@@ -79,26 +79,30 @@ QString sampleUi(UiOrder order)
     for (const QString &className : controlClasses()) {
         std::unique_ptr<QObject> probe(createObject(className));
         const QMetaObject *mo = probe->metaObject();
-        std::vector<PersistedProperty> props = sampleValues(className);
+        const std::vector<PersistedProperty> props = sampleValues(className);
         // Designer saves what each property reads once the values are set.
         MemoryPropertyBag bag;
         for (const PersistedProperty &p : props)
             bag.set(p.name, p.value);
         qobject_cast<UserControl *>(probe.get())->ReadProperties(bag);
-        const auto sheetIndex = [mo](const PersistedProperty &p) { return mo->indexOfProperty(p.property.toUtf8().constData()); };
-        std::stable_sort(props.begin(), props.end(), [&](const PersistedProperty &a, const PersistedProperty &b) {
+        const auto sheetIndex = [mo](const PersistedProperty *p) { return mo->indexOfProperty(p->property.toUtf8().constData()); };
+        // Sorted by address: moving the entries themselves trips GCC 12's -Wmaybe-uninitialized at -O3.
+        std::vector<const PersistedProperty *> sorted;
+        for (const PersistedProperty &p : props)
+            sorted.push_back(&p);
+        std::stable_sort(sorted.begin(), sorted.end(), [&](const PersistedProperty *a, const PersistedProperty *b) {
             switch (order) {
             case UiOrder::PropertySheet: return sheetIndex(a) < sheetIndex(b);
             case UiOrder::Reversed: return sheetIndex(a) > sheetIndex(b);
-            case UiOrder::Alphabetical: return a.property < b.property;
+            case UiOrder::Alphabetical: return a->property < b->property;
             }
             return false;
         });
         QString properties;
         QXmlStreamWriter xml(&properties);
-        for (const PersistedProperty &p : props)
-            if (const QVariant v = plainValue(probe->property(p.property.toUtf8().constData())); v.isValid())
-                writeUiProperty(xml, p.property, v);
+        for (const PersistedProperty *p : sorted)
+            if (const QVariant v = plainValue(probe->property(p->property.toUtf8().constData())); v.isValid())
+                writeUiProperty(xml, p->property, v);
         // One arg() call: a value's own "%1" stays as it is.
         widgets += uR"(<widget class="kel::%1" name="%2"><property name="geometry"><rect><x>8</x><y>%3</y>)"
                    uR"(<width>320</width><height>40</height></rect></property>%4</widget>)"_s

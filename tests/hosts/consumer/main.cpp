@@ -1,6 +1,7 @@
 // Uses the installed library the three ways a host can; exits non-zero on the first difference.
 #include <KelControls8/kelcontrols8.h>
 
+#include "platform/variant.h" // the application's own
 #include "ui_orderform.h"
 
 #include <QApplication>
@@ -51,6 +52,8 @@ int main(int argc, char **argv)
     QFile source(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());
     std::unique_ptr<QWidget> loaded(source.open(QIODevice::ReadOnly) ? loader.load(&source) : nullptr);
     checkForm(loaded.get(), "QUiLoader");
+    if (app::Variant().answer != 42)
+        ++failures;
     std::printf("consumer: %s\n", failures ? "FAILED" : "ok");
     return failures ? 1 : 0;
 }
