@@ -43,6 +43,9 @@ static const QHash<QString, Variant> &values()
         {u"KelTime.MinValue"_s, Date{0.25}},  {u"KelTime.Value"_s, Date{0.5625}},
         {u"KelCombo.List"_s, u"Apples,Pears,\"Plums, red\""_s}, {u"KelCombo.ListTag"_s, u"A,P,R"_s},
         {u"KelCombo.Text"_s, u"Pears"_s},
+        // A combo's Enabled reads back its own enabled state, which its put leaves on: a disabled
+        // combo cannot be saved by what it reads, so the sample keeps it enabled.
+        {u"KelCombo.Enabled"_s, true},
     };
     return values;
 }
