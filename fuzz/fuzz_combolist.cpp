@@ -2,21 +2,16 @@
 // text as a tag string reads back item by item through the field reader.
 #include "controls/combo/combolist.h"
 #include "controls/combo/kelcombo.h"
-#include "library/librarysettings.h"
-#include "runtime/kelruntime8.h"
+#include "reuse.h"
 
-#include <QApplication>
 #include <cstdint>
 #include <cstdlib>
 
-static kel::KelCombo *combo;
+static kel::fuzz::Reused<kel::KelCombo> reused;
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    new QApplication(*argc, *argv);
-    kel::adoptRuntime(std::make_shared<kel::KelRuntime8>());
-    combo = new kel::KelCombo;
+    kel::fuzz::startApplication(argc, argv);
     return 0;
 }
 
@@ -24,6 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QString text = QString::fromUtf8(reinterpret_cast<const char *>(data), qsizetype(size));
     const QStringList parsed = kel::parseComboList(text);
+    kel::KelCombo *combo = &reused.fresh();
     if (parsed.size() > kel::ComboMaxItems || (text.isEmpty() != parsed.isEmpty()))
         std::abort();
 

@@ -6,10 +6,8 @@
 #include "controls/number/kelnumber.h"
 #include "controls/progress/kelprogressbar.h"
 #include "controls/text/keltext.h"
-#include "library/librarysettings.h"
-#include "runtime/kelruntime8.h"
+#include "reuse.h"
 
-#include <QApplication>
 #include <cstdint>
 #include <cstdlib>
 
@@ -22,20 +20,20 @@ static const char *const names[] = {"Caption", "CaptionWidth", "Enabled", "Inser
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    new QApplication(*argc, *argv);
-    kel::adoptRuntime(std::make_shared<kel::KelRuntime8>());
+    kel::fuzz::startApplication(argc, argv);
     return 0;
 }
 
+// The bag is read by one control and its saved form by another: two per class.
 template<class Control>
 static void roundTrip(kel::MemoryPropertyBag &bag)
 {
-    Control a;
+    static kel::fuzz::Reused<Control> first, second;
+    Control &a = first.fresh();
     a.ReadProperties(bag);
     kel::MemoryPropertyBag saved;
     a.WriteProperties(saved);
-    Control b;
+    Control &b = second.fresh();
     b.ReadProperties(saved);
     kel::MemoryPropertyBag again;
     b.WriteProperties(again);

@@ -37,7 +37,12 @@ protected:
     QtDateForm dateForm() const override { return QtDateForm::Time; }
     std::optional<double> parse(const QString &text) const override;
     // Only the time of day counts: bounds and values given as date-times lose their date.
-    double normalised(double serial) const override { return serial - std::floor(serial); }
+    double normalised(double serial) const override
+    {
+        // A tiny negative serial leaves 1.0 after the subtraction: that is midnight, not 24:00.
+        const double t = serial - std::floor(serial);
+        return t < 1.0 ? t : 0.0;
+    }
     // Whole seconds: a bound a split second before midnight would read back as midnight.
     double bound(double serial) const override;
     bool accepts(int keyAscii) const override;

@@ -5,6 +5,8 @@
 #include "../../common/spinfield.h"
 #include "../../platform/kelexport.h"
 
+#include <cmath>
+
 namespace kel {
 
 class KEL_EXPORT KelNumber : public SpinField
@@ -74,11 +76,11 @@ public:
     /// The reference for Changed; moved by setValue and on entry.
     double ValueOriginal() const { return m_valueOriginal; }
     /// Sets the reference for Changed.
-    void setValueOriginal(double value) { m_valueOriginal = value; }
+    void setValueOriginal(double value) { if (std::isfinite(value)) m_valueOriginal = value; }
     /// The reference for ChangedSaved.
     double ValueSaved() const { return m_valueSaved; }
     /// Sets the reference for ChangedSaved (after the host stored the record).
-    void setValueSaved(double value) { m_valueSaved = value; }
+    void setValueSaved(double value) { if (std::isfinite(value)) m_valueSaved = value; }
 
 signals:
     /// Only a step of the spinner or of the Up/Down keys that moved the value.

@@ -236,6 +236,28 @@ private slots:
         QCOMPARE(value(n), c.value);
     }
 
+    // A reference value that is no number leaves the one held (found by fuzzing: NaN was kept, and
+    // Changed then compared against it).
+    void referencesIgnoreNonNumbers_data()
+    {
+        QTest::addColumn<QByteArray>("property");
+        QTest::addColumn<double>("bad");
+        for (const char *p : {"ValueOriginal", "ValueSaved"})
+            for (double bad : {qQNaN(), qInf(), -qInf()})
+                QTest::addRow("%s %g", p, bad) << QByteArray(p) << bad;
+    }
+    void referencesIgnoreNonNumbers()
+    {
+        QFETCH(QByteArray, property);
+        QFETCH(double, bad);
+        n->setValue(7.0);
+        n->setValueSaved(7.0);
+        n->setProperty(property, bad);
+        QCOMPARE(n->property(property).toDouble(), 7.0);
+        QVERIFY(!n->Changed());
+        QVERIFY(!n->ChangedSaved());
+    }
+
     // Valid judges the text as typed and changes nothing; leaving clamps it without a message.
     void valid_data()
     {
