@@ -97,6 +97,7 @@ public:
     /// What a layout gives the control: its caption and a usable field, 300 twips high (a
     /// multi-line field grows with the room it gets).
     QSize sizeHint() const override;
+    /// The caption and a narrow field, 300 twips high.
     QSize minimumSizeHint() const override;
 
 protected:

@@ -19,6 +19,7 @@ class Child;
 class PropertyWatch
 {
 public:
+    /// True when `now` differs from the value last seen, which it then remembers.
     bool moved(const QVariant &now)
     {
         if (now.metaType() == m_last.metaType() && now == m_last)
@@ -75,6 +76,7 @@ public:
     /// The container's ambient UserMode: true on a running form, false on a form being designed,
     /// where a value without a type reads in the type a designer edits it with.
     bool AmbientUserMode() const { return m_userMode; }
+    /// Sets AmbientUserMode.
     void setAmbientUserMode(bool userMode) { m_userMode = userMode; }
 
     /// Whether the focus is in one of the control's child widgets.

@@ -103,6 +103,7 @@ signals:
     /// Text or ListIndex moved, typed, picked or set by code (Qt's notifications; the events
     /// above keep their own rules).
     void TextChanged();
+    /// ListIndex moved, by the user or by code.
     void ListIndexChanged();
 
 protected:

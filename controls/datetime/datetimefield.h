@@ -48,15 +48,19 @@ public:
     void setMaxValue(Date value);
     /// The same as a date-time or a date; an invalid one is ignored.
     void setMaxValue(const QDateTime &value);
+    /// The same as a date.
     void setMaxValue(QDate value);
+    /// MaxValue as a date-time.
     QDateTime maxDateTime() const;
     /// Lower bound; a higher MaxValue follows it.
     Date MinValue() const { return {m_minValue}; }
     /// Sets MinValue.
     void setMinValue(Date value);
-    /// Sets MinValue.
+    /// The same as a date-time; an invalid one is ignored.
     void setMinValue(const QDateTime &value);
+    /// The same as a date.
     void setMinValue(QDate value);
+    /// MinValue as a date-time.
     QDateTime minDateTime() const;
     /// False when the field holds no valid value or one out of range; with ShowMessage a message
     /// box says why and the focus returns to the field. Changes nothing.
@@ -68,7 +72,9 @@ public:
     /// The same as a date-time, a date or a time, as generated form code passes it; an invalid one
     /// gives Null.
     void setValue(const QDateTime &value);
+    /// The same as a date.
     void setValue(QDate value);
+    /// The same as a time of day.
     void setValue(QTime value);
     /// What Changed compares against: the value set from code or last stepped to.
     Variant ValueOriginal() const { return m_valueOriginal; }
@@ -82,14 +88,23 @@ public:
     /// Value, ValueOriginal, ValueSaved and the bounds as Qt's property system gives and takes
     /// them: plain QVariants (see toQVariant and fromQVariant). A bound that is no date is ignored.
     QVariant plainValue();
+    /// Sets Value from a plain QVariant.
     void setPlainValue(const QVariant &value);
+    /// ValueOriginal as a plain QVariant.
     QVariant plainValueOriginal() const { return toQVariant(m_valueOriginal, dateForm()); }
+    /// Sets ValueOriginal from a plain QVariant.
     void setPlainValueOriginal(const QVariant &value);
+    /// ValueSaved as a plain QVariant.
     QVariant plainValueSaved() const { return toQVariant(m_valueSaved, dateForm()); }
+    /// Sets ValueSaved from a plain QVariant.
     void setPlainValueSaved(const QVariant &value);
+    /// MaxValue as a plain QVariant.
     QVariant plainMaxValue() const { return toQVariant(Date{m_maxValue}, dateForm()); }
+    /// Sets MaxValue from a plain QVariant.
     void setPlainMaxValue(const QVariant &value);
+    /// MinValue as a plain QVariant.
     QVariant plainMinValue() const { return toQVariant(Date{m_minValue}, dateForm()); }
+    /// Sets MinValue from a plain QVariant.
     void setPlainMinValue(const QVariant &value);
 signals:
     /// Only a step (spinner, Up/Down, "+"/"-") that moved the value, or the first step on an empty field.

@@ -20,8 +20,9 @@ public:
     /// A new control, a child of parent; the container sets its properties next.
     explicit KelDate(QWidget *parent = nullptr);
 
-    /// A KelDateDaysFlag; other numbers are ignored. A held date is pinned at once.
+    /// A KelDateDaysFlag; other numbers are ignored. It pins the date at the next commit or step.
     KelDateDaysFlag DaysFlag() const { return m_daysFlag; }
+    /// Sets DaysFlag.
     void setDaysFlag(qint32 flag);
     /// An empty format is ignored; otherwise the text is shown again in the new one.
     void setFormat(const QString &format) override;
