@@ -28,8 +28,11 @@ UserControl::UserControl(QWidget *parent)
 UserControl::~UserControl()
 {
     // QWidget's destructor still moves the focus; no handler of ours may run by then.
-    for (Child *c : findChildren<Child *>(Qt::FindDirectChildrenOnly))
+    for (Child *c : findChildren<Child *>(Qt::FindDirectChildrenOnly)) {
         c->detach();
+        // The derived control is gone already: no signal of a child may reach its slots.
+        disconnect(c, nullptr, this, nullptr);
+    }
 }
 
 QSize UserControl::sizeHint() const { return {twipsToPixelsX(1440), twipsToPixelsY(300)}; }

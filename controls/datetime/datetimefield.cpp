@@ -194,15 +194,21 @@ void DateTimeField::setPlainValue(const QVariant &value)
         setValue(*v);
 }
 
+// A reference that is no number of days (NaN, infinity) would make Changed true for ever.
+static bool isReference(const Variant &v)
+{
+    return v.type() != Variant::Type::Double || std::isfinite(v.toDouble());
+}
+
 void DateTimeField::setPlainValueOriginal(const QVariant &value)
 {
-    if (const std::optional<Variant> v = fromQVariant(value))
+    if (const std::optional<Variant> v = fromQVariant(value); v && isReference(*v))
         m_valueOriginal = *v;
 }
 
 void DateTimeField::setPlainValueSaved(const QVariant &value)
 {
-    if (const std::optional<Variant> v = fromQVariant(value))
+    if (const std::optional<Variant> v = fromQVariant(value); v && isReference(*v))
         m_valueSaved = *v;
 }
 
