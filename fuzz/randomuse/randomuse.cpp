@@ -799,21 +799,33 @@ private:
         return parts.join(u"; "_qs);
     }
 
-    // A state the run-time rules allow but a saved form cannot carry: a date not yet pinned after a
-    // DaysFlag put (loading pins it, as its next commit would), and a combo showing under the limit
-    // a host's TextOriginal that is no item (loading refuses it).
-    QString notCarried(const MemoryPropertyBag &saved) const
+    // A date not yet pinned after a DaysFlag put at run time is saved as it is; loading pins it, as
+    // its next commit would. What the reload must save instead ("Now" for today), or nothing when
+    // the saved day is already pinned.
+    std::optional<QString> pinnedOnLoad(const MemoryPropertyBag &saved) const
     {
-        if (const auto *date = qobject_cast<const KelDate *>(m_control)) {
-            // The saved form is ddmmyyyy; a pinned day is the first or the last of its month.
-            const QString v = saved.value(u"Value"_qs).toString();
-            const int flag = date->DaysFlag();
-            if (v.size() == 8 && (flag == KelDate::FirstDay || flag == KelDate::LastDay)) {
-                const auto day = DateSerial(v.mid(4).toInt(), v.mid(2, 2).toInt(), v.left(2).toInt());
-                if (day && *day != (flag == KelDate::FirstDay ? DateSerial(Year(*day), Month(*day), 1).value_or(*day) : LastDayOfMonth(*day)))
-                    return u"Value"_qs;
-            }
-        }
+        const auto *date = qobject_cast<const KelDate *>(m_control);
+        if (!date || (date->DaysFlag() != KelDate::FirstDay && date->DaysFlag() != KelDate::LastDay))
+            return std::nullopt;
+        // No entry is "Now": today, as it is on the day the form loads.
+        const QString v = saved.contains(u"Value"_qs) ? saved.value(u"Value"_qs).toString() : u"Now"_qs;
+        const auto day = v == u"Now"_qs ? fromQDate(m_services->Today())
+                         : v.size() == 8 ? DateSerial(v.mid(4).toInt(), v.mid(2, 2).toInt(), v.left(2).toInt())
+                                         : std::nullopt;
+        if (!day)
+            return std::nullopt;
+        const double pin = date->DaysFlag() == KelDate::FirstDay ? DateSerial(Year(*day), Month(*day), 1).value_or(*day)
+                                                                 : LastDayOfMonth(*day);
+        if (pin == *day)
+            return std::nullopt;
+        if (pin == fromQDate(m_services->Today()))
+            return u"Now"_qs;
+        return QStringLiteral("%1%2%3").arg(Day(pin), 2, 10, QChar(u'0')).arg(Month(pin), 2, 10, QChar(u'0')).arg(Year(pin), 4, 10, QChar(u'0'));
+    }
+
+    // A combo showing under the limit a host's TextOriginal that is no item: loading refuses it.
+    QString notCarried() const
+    {
         if (const auto *combo = qobject_cast<const KelCombo *>(m_control)) {
             const QString t = combo->Combo1->Text();
             if (combo->LimitToList() && !t.isEmpty() && !combo->Combo1->items().contains(t))
@@ -842,7 +854,12 @@ private:
         fresh->ReadProperties(first);
         MemoryPropertyBag second;
         fresh->WriteProperties(second);
-        const QString unsaved = notCarried(first);
+        QString unsaved = notCarried();
+        if (const auto pin = pinnedOnLoad(first)) {
+            const QString loaded = second.contains(u"Value"_qs) ? second.value(u"Value"_qs).toString() : u"Now"_qs;
+            if (loaded == *pin)
+                unsaved = u"Value"_qs;
+        }
         const auto carried = [&](const MemoryPropertyBag &bag) {
             auto entries = bag.entries();
             entries.removeIf([&](const auto &e) { return e.first == unsaved; });
