@@ -270,8 +270,9 @@ private slots:
         KelDate a;
         a.InitProperties();
         a.setDaysFlag(flag);
-        a.setValue(value);
+        // Format first: a Format put while loading would clamp the value into the default bounds.
         a.setFormat(format);
+        a.setValue(value);
         a.setMinValue(Date{serial(1990, 1, 1)});
         MemoryPropertyBag bag;
         a.WriteProperties(bag);
