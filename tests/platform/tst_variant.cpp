@@ -153,6 +153,9 @@ private slots:
         QCOMPARE(v.toDateTime(), QDateTime(QDate(2013, 3, 15), QTime(12, 0)));
         QCOMPARE(v.toString(), u"2013-03-15T12:00:00"_qs);
         QCOMPARE(v.toTime(), QTime(12, 0));
+        // A split second before midnight keeps its day: never the next day's 00:00 as a time.
+        QCOMPARE(QVariant::fromValue(Date{0.99999999}).toTime(), QTime(23, 59, 59, 999));
+        QCOMPARE(QVariant::fromValue(Variant(Date{1.99999999})).toTime(), QTime(23, 59, 59, 999));
         for (const QVariant &in : {QVariant(QDate(2013, 3, 15)), QVariant(41348), QVariant(u"2013-03-15"_qs)})
             QCOMPARE(in.value<Date>().serial, 41348.0);
         QVariant tooLate(1e9);
