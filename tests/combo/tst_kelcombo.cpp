@@ -333,9 +333,12 @@ private slots:
         QTest::addColumn<QString>("keys");
         QTest::addColumn<QString>("after");
         QTest::addColumn<QString>("events");
-        QTest::newRow("one character outside the basic plane") << false << 1 << QString() << u"😀😀"_qs << u"😀"_qs << u"XC"_qs;
-        QTest::newRow("after the list, limited") << true << 1 << u"0.5"_qs << u"!$<e"_qs << u"0.5"_qs << QString();
-        QTest::newRow("longer text from code") << false << 5 << u"1e+308"_qs << u"!$Z"_qs << u"1e+308"_qs << QString();
+        QTest::addColumn<int>("caret");
+        QTest::newRow("one character outside the basic plane") << false << 1 << QString() << u"😀😀"_qs << u"😀"_qs << u"XC"_qs << 2;
+        QTest::newRow("after the list, limited") << true << 1 << u"0.5"_qs << u"!$<e"_qs << u"0.5"_qs << QString() << 2;
+        QTest::newRow("longer text from code") << false << 5 << u"1e+308"_qs << u"!$Z"_qs << u"1e+308"_qs << QString() << 6;
+        // The completion is set inside the keystroke's own change: the limit measures against it.
+        QTest::newRow("typed over a completion") << true << 1 << u"0.5"_qs << u"*0.5"_qs << u"0.5"_qs << QString() << 3;
     }
     void typingLimit()
     {
@@ -345,6 +348,7 @@ private slots:
         QFETCH(QString, keys);
         QFETCH(QString, after);
         QFETCH(QString, events);
+        QFETCH(int, caret);
         Form f;
         QVERIFY(f.ready());
         KelCombo *c = focused(f, u"0.5"_qs, limit, Qt::MouseFocusReason);
@@ -354,6 +358,7 @@ private slots:
         type(c, keys);
         QCOMPARE(c->Combo1->Text(), after);
         QCOMPARE(log.seen, events);
+        QCOMPARE(c->Combo1->SelStart(), caret);
     }
 
     // Code that moves the focus away while the list is open leaves the field as the user does:
