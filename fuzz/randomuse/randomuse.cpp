@@ -799,28 +799,39 @@ private:
         return parts.join(u"; "_qs);
     }
 
-    // A date not yet pinned after a DaysFlag put at run time is saved as it is; loading pins it, as
-    // its next commit would. What the reload must save instead ("Now" for today), or nothing when
-    // the saved day is already pinned.
-    std::optional<QString> pinnedOnLoad(const MemoryPropertyBag &saved) const
+    // A date's saved Value as the day it means: no entry is "Now", and so is today in digits (today
+    // with a time of day is saved so, and reloads as today).
+    static QString digits(double day)
+    {
+        const QChar zero = u'0';
+        return QStringLiteral("%1%2%3").arg(Day(day), 2, 10, zero).arg(Month(day), 2, 10, zero).arg(Year(day), 4, 10, zero);
+    }
+    QString asDay(const QString &saved) const
+    {
+        return saved == digits(fromQDate(m_services->Today()).value_or(0)) ? u"Now"_qs : saved;
+    }
+    QString savedDay(const MemoryPropertyBag &bag) const
+    {
+        return asDay(bag.contains(u"Value"_qs) ? bag.value(u"Value"_qs).toString() : u"Now"_qs);
+    }
+
+    // The day a reload of a date must save. One saved unpinned under FirstDay or LastDay (a DaysFlag
+    // put at run time pins nothing until the next commit) comes back pinned, as its commit would.
+    std::optional<QString> reloadedDay(const MemoryPropertyBag &saved) const
     {
         const auto *date = qobject_cast<const KelDate *>(m_control);
-        if (!date || (date->DaysFlag() != KelDate::FirstDay && date->DaysFlag() != KelDate::LastDay))
+        if (!date)
             return std::nullopt;
-        // No entry is "Now": today, as it is on the day the form loads.
-        const QString v = saved.contains(u"Value"_qs) ? saved.value(u"Value"_qs).toString() : u"Now"_qs;
+        const QString v = savedDay(saved);
+        if (date->DaysFlag() != KelDate::FirstDay && date->DaysFlag() != KelDate::LastDay)
+            return v;
         const auto day = v == u"Now"_qs ? fromQDate(m_services->Today())
                          : v.size() == 8 ? DateSerial(v.mid(4).toInt(), v.mid(2, 2).toInt(), v.left(2).toInt())
                                          : std::nullopt;
         if (!day)
-            return std::nullopt;
-        const double pin = date->DaysFlag() == KelDate::FirstDay ? DateSerial(Year(*day), Month(*day), 1).value_or(*day)
-                                                                 : LastDayOfMonth(*day);
-        if (pin == *day)
-            return std::nullopt;
-        if (pin == fromQDate(m_services->Today()))
-            return u"Now"_qs;
-        return QStringLiteral("%1%2%3").arg(Day(pin), 2, 10, QChar(u'0')).arg(Month(pin), 2, 10, QChar(u'0')).arg(Year(pin), 4, 10, QChar(u'0'));
+            return v;
+        return asDay(digits(date->DaysFlag() == KelDate::FirstDay ? DateSerial(Year(*day), Month(*day), 1).value_or(*day)
+                                                                   : LastDayOfMonth(*day)));
     }
 
     // A combo showing under the limit a host's TextOriginal that is no item: loading refuses it.
@@ -855,11 +866,8 @@ private:
         MemoryPropertyBag second;
         fresh->WriteProperties(second);
         QString unsaved = notCarried();
-        if (const auto pin = pinnedOnLoad(first)) {
-            const QString loaded = second.contains(u"Value"_qs) ? second.value(u"Value"_qs).toString() : u"Now"_qs;
-            if (loaded == *pin)
-                unsaved = u"Value"_qs;
-        }
+        if (const auto day = reloadedDay(first); day && savedDay(second) == *day)
+            unsaved = u"Value"_qs;
         const auto carried = [&](const MemoryPropertyBag &bag) {
             auto entries = bag.entries();
             entries.removeIf([&](const auto &e) { return e.first == unsaved; });
