@@ -866,7 +866,9 @@ private:
         MemoryPropertyBag second;
         fresh->WriteProperties(second);
         QString unsaved = notCarried();
-        if (const auto day = reloadedDay(first); day && savedDay(second) == *day)
+        // As saved again, never read as a day: a reload of "Now" must not take a time of day.
+        const QString reloaded = second.contains(u"Value"_qs) ? second.value(u"Value"_qs).toString() : u"Now"_qs;
+        if (const auto day = reloadedDay(first); day && reloaded == *day)
             unsaved = u"Value"_qs;
         const auto carried = [&](const MemoryPropertyBag &bag) {
             auto entries = bag.entries();
