@@ -1,7 +1,7 @@
 // Opening forms next to plain Qt in the same run: a mixed form of 300 controls of all seven kinds
 // against the same count of the nearest stock widgets, each with a QLabel; then one form per
 // kind, to show where the time goes. Ends with the memory each control costs against its peer
-// (heap in use, from mallinfo2, around creating and showing a form).
+// (heap in use, from mallinfo2, around creating and showing a form), as ratio lines too.
 #include "controls/check/kelcheck.h"
 #include "controls/combo/kelcombo.h"
 #include "controls/datetime/keldate.h"
@@ -125,12 +125,19 @@ double bytesPerControl(int kind)
     return double(after - before) / Controls;
 }
 
+// Printed at the end with the other ratios, in their form.
+std::string memoryLines;
+
 void MemoryPerControl(benchmark::State &state)
 {
     for (auto _ : state) {
+        memoryLines.clear();
         for (int k = 0; k < Kinds; ++k) {
             const double ours = bytesPerControl<addKel>(k), theirs = bytesPerControl<addQt>(k);
-            std::printf("memory %s: %.0f B per control, peer %.0f B: ratio %.2fx\n", kindNames[k], ours, theirs, ours / theirs);
+            char line[160];
+            std::snprintf(line, sizeof line, "memory %s: %.0f B per control, peer %.0f B\nratio Kel%sMemory / Qt%sMemory: %.2fx\n",
+                          kindNames[k], ours, theirs, kindNames[k], kindNames[k], ours / theirs);
+            memoryLines += line;
         }
     }
 }
@@ -153,5 +160,5 @@ int main(int argc, char **argv)
                 ->Unit(benchmark::kMillisecond);
         pairs.emplace_back(names[2 * k].c_str(), names[2 * k + 1].c_str());
     }
-    return kel::bench::runWithRatios(argc, argv, pairs);
+    return kel::bench::runWithRatios(argc, argv, pairs, [] { std::fputs(memoryLines.c_str(), stdout); });
 }

@@ -5,9 +5,11 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QHash>
+#include <QStyle>
 #include <QEvent>
 #include <QKeyEvent>
 
+#include <unordered_map>
 #include <utility>
 
 namespace kel {
@@ -103,16 +105,25 @@ double CheckBox::PreferredHeight() const
     if (!qApp->styleSheet().isEmpty() || m_box->style() != QApplication::style() || !m_box->icon().isNull())
         return m_box->sizeHint().height() * twipsPerPixelY();
     const QString text = m_box->text();
-    const qsizetype lines = text.isEmpty() ? 0 : text.count(u'\n') + 1;
-    const QString key = m_box->font().key() + u'|' + QString::number(lines) + u'|' + QString::number(quintptr(m_box->style()), 16);
-    static QHash<QString, int> measured;
-    auto it = measured.constFind(key);
-    if (it == measured.cend()) {
+    // Keyed by the font itself: building its text key at every resize cost more than measuring.
+    struct Key {
+        QFont font;
+        qsizetype lines;
+        const QStyle *style;
+        bool operator==(const Key &) const = default;
+    };
+    struct KeyHash {
+        size_t operator()(const Key &k, size_t seed = 0) const noexcept { return qHashMulti(seed, k.font, k.lines, k.style); }
+    };
+    static std::unordered_map<Key, int, KeyHash> measured;
+    const Key key{m_box->font(), text.isEmpty() ? 0 : text.count(u'\n') + 1, m_box->style()};
+    auto it = measured.find(key);
+    if (it == measured.end()) {
         if (measured.size() > 256)
             measured.clear();
-        it = measured.insert(key, m_box->sizeHint().height());
+        it = measured.emplace(key, m_box->sizeHint().height()).first;
     }
-    return *it * twipsPerPixelY();
+    return it->second * twipsPerPixelY();
 }
 
 bool CheckBox::eventFilter(QObject *watched, QEvent *event)

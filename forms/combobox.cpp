@@ -7,6 +7,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QCompleter>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
@@ -216,9 +217,14 @@ ComboBox::ComboBox(UserControl *owner, const QString &objectName)
     m_model = new ComboItemModel(&m_items, this);
     m_combo->setModel(m_model);
     m_combo->setCurrentIndex(-1);
+    // setEditable(true) would build a completer over the model only for it to be dropped below; a
+    // line edit that comes with one gets none. Its palette is set as setEditable sets it.
+    m_edit = new QLineEdit(m_combo);
+    m_edit->setCompleter(new QCompleter(m_edit)); // deleted by setCompleter(nullptr)
+    m_edit->setPalette(m_combo->palette());
+    m_combo->setLineEdit(m_edit);
     m_combo->setEditable(true);
     useCachedPanel(m_combo);
-    m_edit = m_combo->lineEdit();
     m_combo->setCompleter(nullptr);
     m_combo->setInsertPolicy(QComboBox::NoInsert);
     m_combo->setDuplicatesEnabled(true);

@@ -18,6 +18,7 @@
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QValidator>
+#include <algorithm>
 #include <limits>
 #include <optional>
 #include <vector>
@@ -99,21 +100,23 @@ char16_t standInBefore(const QTextCursor &c)
 // stand for.
 QString decode(const QTextDocument *doc, const QString &raw, int from, int to)
 {
-    QString out;
-    out.reserve((to - from) + (to - from) / 16);
+    const char16_t *in = reinterpret_cast<const char16_t *>(raw.constData()) + from, *end = in + (to - from);
+    // Written in place: a text of thousands of lines is read at every Text.
+    QString out(qsizetype(to - from) + std::count(in, end, char16_t(Paragraph)), Qt::Uninitialized);
+    char16_t *o = reinterpret_cast<char16_t *>(out.data());
     std::optional<QTextCursor> at; // only text holding a stand-in needs one
-    for (qsizetype i = from; i < to; ++i) {
-        const QChar c = raw[i];
-        if (c == QChar(Paragraph)) {
-            out += u"\r\n";
-        } else if (c == QChar(StandIn)) {
+    for (const char16_t *p = in; p != end; ++p) {
+        if (*p == Paragraph) {
+            *o++ = u'\r';
+            *o++ = u'\n';
+        } else if (*p == StandIn) {
             if (!at)
                 at.emplace(const_cast<QTextDocument *>(doc));
-            at->setPosition(int(i) + 1);
+            at->setPosition(from + int(p - in) + 1);
             const char16_t original = standInBefore(*at);
-            out += original ? QChar(original) : c;
+            *o++ = original ? original : *p;
         } else {
-            out += c;
+            *o++ = *p;
         }
     }
     return out;
@@ -381,7 +384,7 @@ void TextBox::chopLineBreaks()
 {
     if (!m_multi)
         return;
-    const QString now = documentText();
+    QString now = documentText();
     qsizetype pairs = 0;
     for (qsizetype n = now.size(); n >= 2 && now[n - 2] == u'\r' && now[n - 1] == u'\n'; n -= 2)
         ++pairs;
@@ -421,8 +424,8 @@ void TextBox::chopLineBreaks()
         c.removeSelectedText();
     }
     m_settingByCode = false;
-    const int revision = doc->revision();
-    m_lastText = now;
+    const int revision = m_chopRevision = doc->revision();
+    m_lastText = std::move(now); // unshared, each chop below is constant time
     m_replayingChop = true;
     for (qsizetype i = 0; i < pairs && doc->revision() == revision; ++i) {
         m_lastText.chop(2);
@@ -434,6 +437,11 @@ void TextBox::chopLineBreaks()
     // A handler edited the box meanwhile: its text is what counts, and it may end in pairs again.
     emitIfChanged();
     chopLineBreaks();
+}
+
+bool TextBox::replayingChop() const
+{
+    return m_replayingChop && m_multi->document()->revision() == m_chopRevision;
 }
 
 int TextBox::SelStart() const

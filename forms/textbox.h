@@ -39,6 +39,9 @@ public:
     // Multi-line: removes the final CR LF pairs from the text, raising Change for each as if they
     // went one by one; one edit of the document for the whole run.
     void chopLineBreaks();
+    // Whether the Changes of a chop are being raised and no handler has edited the box since:
+    // each text Text() gives meanwhile is then the one before it less one pair.
+    bool replayingChop() const;
     QString PasswordChar() const { return m_password; }
     void setPasswordChar(const QString &c);
 
@@ -61,6 +64,7 @@ private:
     QString m_password;
     QString m_lastText;
     bool m_replayingChop = false; // Text() is m_lastText while the Changes of a chop are raised
+    int m_chopRevision = 0;       // the document's revision when they began
     QString documentText() const;
     std::pair<int, int> m_selBeforeFocus;
 };

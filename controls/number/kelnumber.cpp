@@ -102,7 +102,9 @@ void KelNumber::setDecimals(qint16 decimals)
     m_decimalChar = regionalDecimalChar();
     m_minValue = dates->RoundNumber(m_minGiven, m_decimalsInUse);
     m_maxValue = dates->RoundNumber(m_maxGiven, m_decimalsInUse);
+    m_holdDisplay = m_readingBag;
     setValue(valueAsGiven ? m_valueGiven : Variant(m_value));
+    m_holdDisplay = false;
 }
 
 void KelNumber::setFontBold(bool bold)
@@ -159,10 +161,21 @@ void KelNumber::setValue(const Variant &value)
     m_valueGiven = value;
     m_value = runtime().RuntimeDates()->NumberFromValue(value, m_decimalsInUse);
     m_valueOriginal = m_value;
-    showText(displayText(m_value, m_groupDigits));
-    showSignColour();
+    if (m_holdDisplay) {
+        m_displayHeld = true;
+        m_heldGroup = m_groupDigits;
+    } else {
+        showValue(m_groupDigits);
+    }
     m_textDirty = false;
     notifyValue();
+}
+
+void KelNumber::showValue(bool group)
+{
+    m_displayHeld = false;
+    showText(displayText(m_value, group));
+    showSignColour();
 }
 
 void KelNumber::setPlainValue(const QVariant &value)
@@ -383,7 +396,14 @@ void KelNumber::onInitProperties()
     notifyValue();
 }
 
-void KelNumber::onReadProperties(PropertyBag &bag) { readPersisted(bag, readOrder()); }
+void KelNumber::onReadProperties(PropertyBag &bag)
+{
+    m_readingBag = true;
+    readPersisted(bag, readOrder());
+    m_readingBag = false;
+    if (m_displayHeld) // a Value the field refused
+        showValue(m_heldGroup);
+}
 void KelNumber::onWriteProperties(PropertyBag &bag) { writePersisted(bag, writeOrder()); }
 
 void KelNumber::onEnterFocus()

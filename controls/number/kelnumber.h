@@ -109,6 +109,7 @@ private:
     void commitText();
     void stepValue(double delta);
     void showSignColour();
+    void showValue(bool group);
     void notifyValue();
 
     void keyPress(int &keyAscii);
@@ -129,6 +130,12 @@ private:
     double m_valueOriginal = 0;
     double m_valueSaved = 0;
     bool m_keypadDecimal = false;
+    // While a bag is read, Value comes after Decimals and shows the text once; what Decimals
+    // would have shown is held until then (with the grouping of that moment).
+    bool m_readingBag = false;
+    bool m_holdDisplay = false;
+    bool m_displayHeld = false;
+    bool m_heldGroup = true;
     PropertyWatch m_valueWatch;
 };
 

@@ -123,6 +123,8 @@ QString KelText::Text()
     if (m_fieldIndex == 0)
         return m_box[0]->Text();
     m_box[1]->chopLineBreaks();
+    if (!m_box[1]->replayingChop())
+        catchUpTextWatch();
     return m_box[1]->Text();
 }
 
@@ -135,8 +137,35 @@ void KelText::setText(const QString &text)
 
 void KelText::notifyText()
 {
+    if (m_fieldIndex == 1 && m_box[1]->replayingChop()) {
+        // The texts of a chop's Changes are prefixes of one text, one pair shorter each: their
+        // lengths tell them apart, and keeping each of them would copy it every time.
+        const QString text = TextRaw();
+        if (m_watchedPrefix) {
+            if (text.size() == *m_watchedPrefix)
+                return;
+            m_watchedPrefix = text.size();
+        } else {
+            if (!m_textWatch.moved(text))
+                return;
+            m_watchedText = text;
+            m_watchedPrefix = text.size();
+        }
+        emit TextChanged();
+        return;
+    }
+    catchUpTextWatch();
     if (m_textWatch.moved(TextRaw()))
         emit TextChanged();
+}
+
+void KelText::catchUpTextWatch()
+{
+    if (!m_watchedPrefix)
+        return;
+    m_textWatch.moved(m_watchedText.first(*m_watchedPrefix));
+    m_watchedPrefix.reset();
+    m_watchedText.clear();
 }
 
 bool KelText::Valid() const

@@ -20,7 +20,7 @@ double value(KelNumber *n) { return n->Value().toDouble(); }
 void enter(KelNumber *n) { text1(n)->setFocus(Qt::TabFocusReason); }
 QString str(const char16_t *s) { return QString::fromUtf16(s); }
 
-struct ValueCase { int decimals; bool group; Variant input; double value; const char16_t *shown, *edited; };
+struct ValueCase { int decimals; bool group; Variant input; double value; const char16_t *shown, *edited, *fromBag = nullptr; };
 struct KeyCase { int decimals; double number; int caret; bool insert, locked; const char16_t *keys, *text; int selStart, selLength, beeps; };
 struct StepCase { bool upDown; double start, min, max, step; const char *how; double value; int changes; const char16_t *shown; };
 struct ValidCase { bool mandatory, locked; double min, max; int decimals; bool group; const char16_t *typed; QString message; double committed; };
@@ -87,7 +87,7 @@ private slots:
         QTest::newRow("grouped text") << ValueCase{2, true, u"1,234.567", 1234.57, u"1,234.57", u"1234.57"};
         QTest::newRow("sixteen places") << ValueCase{16, true, 0.1, 0.1, u"0.1000000000000000", u".1"};
         QTest::newRow("Empty is zero, edits empty") << ValueCase{2, true, Variant(), 0, u"0.00", u""};
-        QTest::newRow("text ignored") << ValueCase{2, true, u"abc", 5, u"5.00", u"5"};
+        QTest::newRow("text ignored") << ValueCase{2, true, u"abc", 5, u"5.00", u"5", u"0.00"}; // saved, it reads as 0
     }
     void valueAndForms()
     {
@@ -107,6 +107,17 @@ private slots:
             QCOMPARE(n->Text1->ForeColor(), editing ? 0u : rest);
         }
         QCOMPARE(value(n), c.value);
+
+        // The same from a saved form (Decimals first, Value last), over another display.
+        MemoryPropertyBag bag;
+        bag.set(u"Decimals"_qs, qint16(c.decimals));
+        bag.set(u"GroupDigits"_qs, c.group);
+        bag.set(u"Value"_qs, c.input);
+        n->setGroupDigits(!c.group);
+        n->setDecimals(16);
+        n->ReadProperties(bag);
+        QCOMPARE(text1(n)->text(), str(c.fromBag ? c.fromBag : c.shown));
+        QCOMPARE(n->Text1->ForeColor(), rest);
     }
 
     void keyFilter_data()

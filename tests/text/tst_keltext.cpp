@@ -87,8 +87,15 @@ private slots:
             if (seen.size() == 2)
                 t->setText(u"b\r\n"_qs);
         });
+        QStringList notified;
+        connect(t, &KelText::TextChanged, this, [&] { notified << t->TextRaw(); });
         QCOMPARE(t->Text(), u"b"_qs);
         QCOMPARE(seen, (QStringList{u"a\r\n\r\n"_qs, u"a\r\n"_qs, u"b\r\n"_qs, u"b"_qs}));
+        // The handler's own text is news at once; its Change then is none.
+        QCOMPARE(notified, (QStringList{u"a\r\n\r\n"_qs, u"b\r\n"_qs, u"b"_qs}));
+        t->setText(u"b"_qs); // what the last Change showed
+        t->setText(u"a\r\n\r\n"_qs); // seen during the trim, but not last
+        QCOMPARE(notified.size(), 4);
     }
 
     // Whatever a host sets comes back exactly, unchanged and not Changed; typing and copying
