@@ -27,13 +27,16 @@ QString DatabaseAddress::toString() const
     QUrl url;
     url.setScheme(QStringLiteral("postgresql"));
     url.setUserName(user, QUrl::DecodedMode);
+    // An empty host, not a missing one: "postgresql:/db" would read back as a file name.
+    const QString none = QStringLiteral("");
+    url.setHost(none);
     // A socket folder, or a name QUrl would spell differently, goes in the query, as libpq reads it.
     bool hostInQuery = !host.isEmpty();
     if (hostInQuery && !host.startsWith(u'/')) {
         url.setHost(host, QUrl::DecodedMode);
         hostInQuery = !url.isValid() || url.host() != host;
         if (hostInQuery)
-            url.setHost(QString());
+            url.setHost(none);
     }
     if (port > 0)
         url.setPort(port);

@@ -373,6 +373,7 @@ private slots:
         const QString malformed = u" is not a database address of the form postgresql://user@host:port/dbname"_qs;
         QTest::newRow("server") << u"postgresql://clerk@dbhost:5432/orders"_qs << u"dbhost|5432|clerk|orders"_qs << QString();
         QTest::newRow("socket folder") << u"postgresql://kel@/kel?host=/tmp/pg%20x"_qs << u"/tmp/pg x|-1|kel|kel"_qs << QString();
+        QTest::newRow("default host") << u"postgresql:///tmp/pg"_qs << u"|-1||tmp/pg"_qs << QString();
         QTest::newRow("scheme in capitals") << u"POSTGRES://[::1]/d"_qs << u"::1|-1||d"_qs << QString();
         QTest::newRow("escaped name") << u"postgresql://h/my%2Fdb%3F"_qs << u"h|-1||my/db?"_qs << QString();
         QTest::newRow("file") << u"orders.sqlite"_qs << u"orders.sqlite"_qs << QString();
