@@ -8,7 +8,9 @@
 #include "controls/text/keltext.h"
 #include "reuse.h"
 
+#include <QDebug>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 
 static const char *const names[] = {"Caption", "CaptionWidth", "Enabled", "InsertMode", "Locked", "Mandatory",
@@ -24,6 +26,15 @@ extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
     return 0;
 }
 
+static QString listed(const kel::MemoryPropertyBag &bag)
+{
+    QString out;
+    QDebug d(&out); // escapes what a terminal would swallow
+    for (const auto &[name, value] : bag.entries())
+        d << "\n   " << name << value.debugString();
+    return out;
+}
+
 // The bag is read by one control and its saved form by another: two per class.
 template<class Control>
 static void roundTrip(kel::MemoryPropertyBag &bag)
@@ -37,8 +48,11 @@ static void roundTrip(kel::MemoryPropertyBag &bag)
     b.ReadProperties(saved);
     kel::MemoryPropertyBag again;
     b.WriteProperties(again);
-    if (!(again.entries() == saved.entries()))
+    if (!(again.entries() == saved.entries())) {
+        std::fprintf(stderr, "%s: saved, loaded and saved again differs\n  first:%s\n  again:%s\n",
+                     Control::staticMetaObject.className(), qPrintable(listed(saved)), qPrintable(listed(again)));
         std::abort();
+    }
     if constexpr (requires { b.Valid(); })
         (void)b.Valid();
 }

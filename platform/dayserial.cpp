@@ -114,7 +114,7 @@ bool isValidDaySerial(double serial)
 std::optional<double> DateTimeSerial(int y, int mo, int d, int h, int mi, int s)
 {
     // The date alone may be out of range and still be pulled back by the time.
-    const i64 base = firstOfMonth(i64(y) * 12 + (mo - 1)) + (i64(d) - 1);
+    const i64 base = firstOfMonth(i64(y) * 12 + (i64(mo) - 1)) + (i64(d) - 1);
     const i64 total = i64(h) * 3600 + i64(mi) * 60 + i64(s);
     const i64 finalDay = base + floorDiv(total, kSecondsPerDay);
     if (!dayInRange(finalDay))

@@ -11,6 +11,8 @@
 #include <QSet>
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <mutex>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -364,6 +366,26 @@ const Names &englishNames()
     return names;
 }
 
+// The names of the locale beside English (none for English itself): about 76 look-ups, made once
+// per locale rather than once per parse. The system locale is apart: its names may come from
+// LC_TIME rather than its language. Entries are never changed or dropped, so a reference stays
+// good after the lock is released; fields on other threads may parse too.
+const Names &localNames(const QLocale &l)
+{
+    static std::mutex lock;
+    static std::map<std::tuple<int, int, int, bool>, Names> cache;
+    const std::tuple key{int(l.language()), int(l.script()), int(l.territory()), l == QLocale::system()};
+    const std::lock_guard guard(lock);
+    auto it = cache.find(key);
+    if (it == cache.end()) {
+        Names n;
+        if (l.language() != QLocale::English)
+            addNames(n, l);
+        it = cache.emplace(key, std::move(n)).first;
+    }
+    return it->second;
+}
+
 // A name matches in full, or by a prefix of three letters or more of its long form.
 bool matchesName(const QString &word, const QStringList &names)
 {
@@ -394,7 +416,7 @@ int monthNamed(const QString &word, const Names &n)
 Words readWords(const std::vector<Token> &tokens, const QLocale &locale, const Layout &layout = {})
 {
     Words w;
-    std::optional<Names> local;
+    const Names *local = nullptr;
     for (size_t i = 0; i < tokens.size(); ++i) {
         if (tokens[i].number)
             continue;
@@ -410,13 +432,10 @@ Words readWords(const std::vector<Token> &tokens, const QLocale &locale, const L
         if (i > 0 && tokens[i - 1].number
             && (word == u"st" || word == u"nd" || word == u"rd" || word == u"th"))
             continue;
-        if (!local) {
-            local.emplace();
-            if (locale.language() != QLocale::English)
-                addNames(*local, locale);
-        }
+        if (!local)
+            local = &localNames(locale);
         bool known = false;
-        for (const Names *n : {static_cast<const Names *>(&*local), &englishNames()}) {
+        for (const Names *n : {local, &englishNames()}) {
             const bool am = n->am.contains(word), pm = n->pm.contains(word);
             const int month = monthNamed(word, *n);
             const bool weekday = matchesName(word, n->weekdays);

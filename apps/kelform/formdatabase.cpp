@@ -1,5 +1,7 @@
 #include "formdatabase.h"
 
+#include "databaseaddress.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -7,43 +9,12 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStandardPaths>
-#include <QUrl>
-#include <QUrlQuery>
 
 namespace kel::kelform {
 
 namespace {
 
 QString tr(const char *text) { return QCoreApplication::translate("FormDatabase", text); }
-
-bool isUrl(const QString &where)
-{
-    return where.startsWith(QLatin1String("postgresql://")) || where.startsWith(QLatin1String("postgres://"));
-}
-
-// Host, port, user and database from the URL; a "host" query item names a socket folder, as
-// libpq reads it.
-bool configurePostgres(QSqlDatabase &db, const QString &where, const DatabaseOptions &options, QString *error)
-{
-    const QUrl url(where);
-    if (!url.isValid() || url.path().size() < 2) {
-        *error = tr("%1 is not a database address of the form postgresql://user@host:port/dbname").arg(where);
-        return false;
-    }
-    if (!url.password().isEmpty()) {
-        *error = tr("A password does not belong on the command line: put it in ~/.pgpass or PGPASSWORD.");
-        return false;
-    }
-    const QUrlQuery query(url);
-    const QString host = query.hasQueryItem(QStringLiteral("host")) ? query.queryItemValue(QStringLiteral("host"), QUrl::FullyDecoded) : url.host();
-    db.setHostName(host);
-    if (url.port() > 0)
-        db.setPort(url.port());
-    db.setUserName(url.userName());
-    db.setDatabaseName(url.path().mid(1));
-    db.setConnectOptions(QStringLiteral("connect_timeout=10;application_name=kelform;options='-c lock_timeout=%1'").arg(options.waitMs));
-    return true;
-}
 
 } // namespace
 
@@ -82,7 +53,10 @@ bool createSchema(QSqlDatabase &db, QString *error)
 
 QSqlDatabase openDatabase(const QString &where, QString *error, const DatabaseOptions &options)
 {
-    const bool postgres = isUrl(where);
+    const auto address = parseDatabaseAddress(where, error);
+    if (!address)
+        return QSqlDatabase();
+    const bool postgres = address->engine == DatabaseAddress::Engine::PostgreSQL;
     const QString driver = postgres ? QStringLiteral("QPSQL") : QStringLiteral("QSQLITE");
     if (QSqlDatabase::contains(options.connection)) {
         QSqlDatabase old = QSqlDatabase::database(options.connection, false);
@@ -100,8 +74,12 @@ QSqlDatabase openDatabase(const QString &where, QString *error, const DatabaseOp
         return db;
     }
     if (postgres) {
-        if (!configurePostgres(db, where, options, error))
-            return db;
+        db.setHostName(address->host);
+        if (address->port > 0)
+            db.setPort(address->port);
+        db.setUserName(address->user);
+        db.setDatabaseName(address->database);
+        db.setConnectOptions(QStringLiteral("connect_timeout=10;application_name=kelform;options='-c lock_timeout=%1'").arg(options.waitMs));
     } else {
         QDir().mkpath(QFileInfo(where).absolutePath());
         db.setDatabaseName(where);

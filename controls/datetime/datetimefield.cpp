@@ -148,10 +148,14 @@ Variant DateTimeField::Value()
 void DateTimeField::setValue(const Variant &value)
 {
     std::optional<double> v;
-    if (value.isString())
+    if (value.isString()) {
         v = parse(*value.get<QString>());
-    else if (const std::optional<double> given = serialOf(value))
+        // A time field saves and reads back no date: text that carries one is a date-time given.
+        if (v && dateForm() == QtDateForm::Time)
+            v = normalised(*v);
+    } else if (const std::optional<double> given = serialOf(value)) {
         v = normalised(*given);
+    }
     if (v) {
         m_value = Date{pinned(*v)};
         showText(formatted(m_value.get<Date>()->serial));

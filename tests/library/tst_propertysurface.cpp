@@ -152,7 +152,7 @@ private slots:
         row("KelDate", "DaysFlag", u"LastDay"_qs, QVariant::fromValue(KelDate::LastDay));
         row("KelDate", "DaysFlag", 7, QVariant::fromValue(KelDate::Allow)); // out of range: ignored
         for (const QVariant &in : {QVariant(QTime(10, 15)), QVariant(10.25 / 24), QVariant(u"10:15"_qs),
-                                   QVariant(QDateTime(ides, QTime(10, 15)))})
+                                   QVariant(QDateTime(ides, QTime(10, 15))), QVariant(u"2013-03-15 10:15"_qs)})
             row("KelTime", "Value", in, QTime(10, 15));
         row("KelTime", "Value", null, null);
         for (const QVariant &in : {QVariant(0.75), QVariant(QTime(18, 0)), QVariant(u"18:00:00"_qs),

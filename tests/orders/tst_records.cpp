@@ -1,6 +1,7 @@
 // Two clerks on the same orders, and writes the database refuses: nothing stored is overwritten,
 // nothing typed is lost. The shared cases run on SQLite and, when the test script started one, on
 // a PostgreSQL server (KEL_PG).
+#include "databaseaddress.h"
 #include "formdatabase.h"
 #include "formloader.h"
 #include "recordform.h"
@@ -360,6 +361,54 @@ private slots:
         QCOMPARE(form.positionText(), u"Record id 1505"_qs);
         QVERIFY(form.previous());
         QCOMPARE(form.currentKey().toInt(), 1504);
+    }
+
+    // What --db names: a server address reads into its parts and writes back as a URL that reads the
+    // same; anything kelform would otherwise pass over or guess at is refused with a reason.
+    void databaseAddresses_data()
+    {
+        QTest::addColumn<QString>("where");
+        QTest::addColumn<QString>("parts"); // host|port|user|database, or the file
+        QTest::addColumn<QString>("error"); // how the refusal begins
+        const QString malformed = u" is not a database address of the form postgresql://user@host:port/dbname"_qs;
+        QTest::newRow("server") << u"postgresql://clerk@dbhost:5432/orders"_qs << u"dbhost|5432|clerk|orders"_qs << QString();
+        QTest::newRow("socket folder") << u"postgresql://kel@/kel?host=/tmp/pg%20x"_qs << u"/tmp/pg x|-1|kel|kel"_qs << QString();
+        QTest::newRow("default host") << u"postgresql:///tmp/pg"_qs << u"|-1||tmp/pg"_qs << QString();
+        QTest::newRow("scheme in capitals") << u"POSTGRES://[::1]/d"_qs << u"::1|-1||d"_qs << QString();
+        QTest::newRow("escaped name") << u"postgresql://h/my%2Fdb%3F"_qs << u"h|-1||my/db?"_qs << QString();
+        QTest::newRow("file") << u"orders.sqlite"_qs << u"orders.sqlite"_qs << QString();
+        QTest::newRow("file like an address") << u"./mysql://x"_qs << u"./mysql://x"_qs << QString();
+        QTest::newRow("password") << u"postgresql://u:pw@h/d"_qs << QString() << u"A password does not belong"_qs;
+        QTest::newRow("parameter") << u"postgresql://h/d?sslmode=require"_qs << QString()
+                                   << u"postgresql://h/d?sslmode=require: kelform does not pass the parameter \"sslmode\""_qs;
+        QTest::newRow("two hosts") << u"postgresql://h/d?host=/x"_qs << QString() << u"postgresql://h/d?host=/x"_qs + malformed;
+        QTest::newRow("port 0") << u"postgresql://h:0/d"_qs << QString() << u"postgresql://h:0/d"_qs + malformed;
+        QTest::newRow("no database") << u"postgresql://h/"_qs << QString() << u"postgresql://h/"_qs + malformed;
+        QTest::newRow("NUL in name") << u"postgresql://h/a%00b"_qs << QString() << u"postgresql://h/a%00b"_qs + malformed;
+        QTest::newRow("other scheme") << u"mysql://h/d"_qs << QString() << u"mysql://h/d: kelform opens SQLite files and postgresql://"_qs;
+        QTest::newRow("nothing") << QString() << QString() << u"\"\" names no database"_qs;
+    }
+    void databaseAddresses()
+    {
+        QFETCH(QString, where);
+        QFETCH(QString, parts);
+        QFETCH(QString, error);
+        QString why;
+        const auto a = parseDatabaseAddress(where, &why);
+        QVERIFY2(error.isEmpty() == a.has_value(), qPrintable(why));
+        if (!a) {
+            QVERIFY2(why.startsWith(error), qPrintable(why));
+            QString opened;
+            QVERIFY(!openDatabase(where, &opened, {u"refused"_qs}).isOpen());
+            QCOMPARE(opened, why);
+            return;
+        }
+        if (a->engine == DatabaseAddress::Engine::SQLite) {
+            QCOMPARE(a->file, parts);
+            return;
+        }
+        QCOMPARE(u"%1|%2|%3|%4"_qs.arg(a->host).arg(a->port).arg(a->user, a->database), parts);
+        QCOMPARE(parseDatabaseAddress(a->toString(), &why), a);
     }
 
     // A file the user cannot write is said at open and nothing can be edited; a file that is not a

@@ -43,6 +43,8 @@ private slots:
         row("day -300 [wine]", D, {1980, 1, -300}, 28920);  row("month -6 [lo]", D, {2000, 1 - 7, 15}, 36326);
         row("rolls back onto the minimum", D, {101, -11, 1}, -657434);
         row("rolls back below the minimum", D, {100, 1, 0}, kNone);  row("huge day count", D, {1980, 1, 2000000000}, kNone);
+        // Under the sanitizers, the lowest month must not overflow on its way to "no date".
+        row("lowest month", D, {1980, std::numeric_limits<int>::min(), 1}, kNone);
         row("18:01:16 [wine]", DT, {1980, 1, 1, 18, 1, 16}, t);
         row("hours roll into days [wine]", DT, {1980, 1, 0, 42, 1, 16}, t);
         row("negative seconds [wine]", DT, {1980, 1, 1, 18, 3, -104}, t);

@@ -108,6 +108,12 @@ private slots:
         row("both 07 [lo]", u"07/07/1977", mdy, "1977-07-07");
         in(de, "German month name", u"15. März 2013", u"dd. mmmm yyyy", "2013-03-15");
         in(de, "German weekday skipped", u"Fr, 15.03.2013", u"ddd, dd.mm.yyyy", "2013-03-15");
+        // Two scripts of one language under one locale name, read in turn: names are the locale's own.
+        const QLocale cyrillic(QLocale::Serbian, QLocale::CyrillicScript, QLocale::Serbia);
+        const QLocale latin(QLocale::Serbian, QLocale::LatinScript, QLocale::Serbia);
+        in(cyrillic, "Serbian Cyrillic month name", u"15. март 2013", u"dd. mmmm yyyy", "2013-03-15");
+        in(latin, "Serbian Latin month name", u"15. mart 2013", u"dd. mmmm yyyy", "2013-03-15");
+        in(cyrillic, "Latin name under Cyrillic", u"15. mart 2013", u"dd. mmmm yyyy", "");
     }
     void parseDate()
     {

@@ -1,0 +1,103 @@
+#include "databaseaddress.h"
+
+#include <QCoreApplication>
+#include <QRegularExpression>
+#include <QUrl>
+#include <QUrlQuery>
+#include <algorithm>
+
+namespace kel::kelform {
+
+namespace {
+
+QString tr(const char *text) { return QCoreApplication::translate("FormDatabase", text); }
+
+// libpq would cut a connection parameter at a NUL and read no name with a line break in it.
+bool hasControl(const QString &s)
+{
+    return std::any_of(s.begin(), s.end(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
+}
+
+} // namespace
+
+QString DatabaseAddress::toString() const
+{
+    if (engine == Engine::SQLite)
+        return file;
+    QUrl url;
+    url.setScheme(QStringLiteral("postgresql"));
+    url.setUserName(user, QUrl::DecodedMode);
+    // An empty host, not a missing one: "postgresql:/db" would read back as a file name.
+    const QString none = QStringLiteral("");
+    url.setHost(none);
+    // A socket folder, or a name QUrl would spell differently, goes in the query, as libpq reads it.
+    bool hostInQuery = !host.isEmpty();
+    if (hostInQuery && !host.startsWith(u'/')) {
+        url.setHost(host, QUrl::DecodedMode);
+        hostInQuery = !url.isValid() || url.host() != host;
+        if (hostInQuery)
+            url.setHost(none);
+    }
+    if (port > 0)
+        url.setPort(port);
+    url.setPath(u'/' + database, QUrl::DecodedMode);
+    if (hostInQuery)
+        url.setQuery(QStringLiteral("host=") + QString::fromLatin1(QUrl::toPercentEncoding(host)), QUrl::StrictMode);
+    return url.toString(QUrl::FullyEncoded);
+}
+
+std::optional<DatabaseAddress> parseDatabaseAddress(const QString &where, QString *error)
+{
+    DatabaseAddress a;
+    if (where.isEmpty() || hasControl(where)) {
+        *error = tr("\"%1\" names no database: give a SQLite file or a postgresql://user@host:port/dbname address.").arg(where);
+        return std::nullopt;
+    }
+    // "scheme://" is an address, never a file name; a file may still be written "./name".
+    static const QRegularExpression scheme(QStringLiteral("^([A-Za-z][A-Za-z0-9+.-]*)://"));
+    const auto m = scheme.match(where);
+    if (!m.hasMatch()) {
+        a.file = where;
+        return a;
+    }
+    const QString name = m.captured(1).toLower();
+    if (name != u"postgresql" && name != u"postgres") {
+        *error = tr("%1: kelform opens SQLite files and postgresql:// addresses, not %2:// ones.").arg(where, m.captured(1));
+        return std::nullopt;
+    }
+    const QString malformed = tr("%1 is not a database address of the form postgresql://user@host:port/dbname").arg(where);
+    const QUrl url(where);
+    if (!url.isValid() || url.hasFragment() || url.port() == 0 || url.path().size() < 2) {
+        *error = malformed;
+        return std::nullopt;
+    }
+    if (!url.password().isEmpty()) {
+        *error = tr("A password does not belong on the command line: put it in ~/.pgpass or PGPASSWORD.");
+        return std::nullopt;
+    }
+    a.engine = DatabaseAddress::Engine::PostgreSQL;
+    a.host = url.host();
+    a.port = url.port();
+    a.user = url.userName();
+    a.database = url.path().mid(1);
+    // libpq takes many parameters here; one kelform passed over would be a silent surprise.
+    const auto items = QUrlQuery(url).queryItems(QUrl::FullyDecoded);
+    for (const auto &[key, value] : items) {
+        if (key != u"host") {
+            *error = tr("%1: kelform does not pass the parameter \"%2\" on to the server; leave it out.").arg(where, key);
+            return std::nullopt;
+        }
+        if (!a.host.isEmpty() || value.isEmpty()) {
+            *error = malformed;
+            return std::nullopt;
+        }
+        a.host = value; // a socket folder
+    }
+    if (hasControl(a.host) || hasControl(a.user) || hasControl(a.database)) {
+        *error = malformed;
+        return std::nullopt;
+    }
+    return a;
+}
+
+} // namespace kel::kelform
