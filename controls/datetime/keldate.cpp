@@ -112,17 +112,16 @@ double KelDate::pinned(double serial) const
 
 Variant KelDate::persistedValue() const
 {
-    const Date *d = m_value.get<Date>();
-    if (!d)
-        return QString();
-    // Always eight digits: a year before 1000 would otherwise not read back.
-    const auto digits = [](double serial) {
+    if (const Date *d = m_value.get<Date>())
+    {
+        if (d->serial == today())
+            return QStringLiteral("Now");
+        // Always eight digits: a year before 1000 would otherwise not read back.
         const QChar zero = u'0';
-        return QStringLiteral("%1%2%3").arg(Day(serial), 2, 10, zero).arg(Month(serial), 2, 10, zero).arg(Year(serial), 4, 10, zero);
-    };
-    // Today at any time of day is today: the saved form has no time to tell it apart.
-    const QString saved = digits(d->serial);
-    return saved == digits(today()) ? QStringLiteral("Now") : saved;
+        return QStringLiteral("%1%2%3").arg(Day(d->serial), 2, 10, zero).arg(Month(d->serial), 2, 10, zero)
+                .arg(Year(d->serial), 4, 10, zero);
+    }
+    return QString();
 }
 
 void KelDate::step(int direction)
