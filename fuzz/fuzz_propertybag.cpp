@@ -6,6 +6,7 @@
 #include "controls/number/kelnumber.h"
 #include "controls/progress/kelprogressbar.h"
 #include "controls/text/keltext.h"
+#include "platform/services.h"
 #include "reuse.h"
 
 #include <QDate>
@@ -55,7 +56,7 @@ static void roundTrip(kel::MemoryPropertyBag &bag)
         // digits, which load as today, which saves as "Now" (the default, so nothing is written).
         const kel::Variant now = QStringLiteral("Now");
         const kel::Variant value = again.value(QStringLiteral("Value"));
-        if (saved.value(QStringLiteral("Value")) == kel::Variant(QDate::currentDate().toString(QStringLiteral("ddMMyyyy")))
+        if (saved.value(QStringLiteral("Value")) == kel::Variant(kel::services().Today().toString(QStringLiteral("ddMMyyyy")))
             && (value.isEmpty() || value == now)) {
             saved.remove(QStringLiteral("Value"));
             again.remove(QStringLiteral("Value"));
