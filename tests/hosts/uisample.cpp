@@ -27,8 +27,9 @@ QString sampleObjectName(const QString &className)
 }
 
 // Values that exercise order: Decimals rounds Value, MinValue and MaxValue bracket it, DaysFlag
-// pins the day, List holds Text. UpDownChange needs every digit a double carries. "Class.Name"
-// rows are for where the generic value is invalid for the class, or its type stores another.
+// pins the day, List holds Text, the bar's range lies below its default one. UpDownChange needs
+// every digit a double carries. "Class.Name" rows are for where the generic value is invalid for
+// the class, or its type stores another.
 static const QHash<QString, Variant> &values()
 {
     static const QHash<QString, Variant> values = {
@@ -43,6 +44,8 @@ static const QHash<QString, Variant> &values()
         {u"KelTime.MinValue"_s, Date{0.25}},  {u"KelTime.Value"_s, Date{0.5625}},
         {u"KelCombo.List"_s, u"Apples,Pears,\"Plums, red\""_s}, {u"KelCombo.ListTag"_s, u"A,P,R"_s},
         {u"KelCombo.Text"_s, u"Pears"_s},
+        // Below the default maximum, so that a Max that went to Min would be seen.
+        {u"KelProgressBar.Max"_s, qint32(50)}, {u"KelProgressBar.Min"_s, qint32(10)},
         // A combo's Enabled reads back its own enabled state, which its put leaves on: a disabled
         // combo cannot be saved by what it reads, so the sample keeps it enabled.
         {u"KelCombo.Enabled"_s, true},
