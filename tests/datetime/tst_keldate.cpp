@@ -1,5 +1,5 @@
 #include "controls/datetime/keldate.h"
-#include "keys.h"
+#include "spinkeys.h"
 
 #include <QAccessible>
 #include <QApplication>
