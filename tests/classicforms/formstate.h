@@ -38,4 +38,24 @@ inline QString state(const QObject *o)
     return out;
 }
 
+// The window itself or its descendant of that name.
+inline const QObject *named(const QWidget *window, const QString &name)
+{
+    return window->objectName() == name ? window : window->findChild<QObject *>(name);
+}
+
+// The fragments of `expected` ("; " between) that state() of `name` in `window` lacks.
+inline QString lacking(const QWidget *window, const QString &name, const QString &expected)
+{
+    const QObject *o = named(window, name);
+    if (!o)
+        return name + QStringLiteral(": none");
+    const QString s = state(o);
+    QStringList lacks;
+    for (const QString &fragment : expected.split(QStringLiteral("; ")))
+        if (!s.contains(fragment))
+            lacks << fragment;
+    return lacks.isEmpty() ? QString() : s + QStringLiteral("\n  lacks: ") + lacks.join(QStringLiteral("; "));
+}
+
 } // namespace kel::test

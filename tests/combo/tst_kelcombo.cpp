@@ -108,6 +108,7 @@ struct TypeCase { bool limit, handled; const char16_t *keys, *text; int selStart
 struct LeaveCase { bool limit, mandatory; const char16_t *original, *typed, *text; };
 struct PickCase { int row; bool handled; const char16_t *events, *original; };
 struct ValidCase { bool locked, mandatory; const char16_t *text; bool valid; };
+struct LimitCase { bool limit; int maxLength; const char16_t *text, *keys, *after, *events; int caret; };
 
 } // namespace
 
@@ -115,6 +116,7 @@ Q_DECLARE_METATYPE(TypeCase)
 Q_DECLARE_METATYPE(LeaveCase)
 Q_DECLARE_METATYPE(PickCase)
 Q_DECLARE_METATYPE(ValidCase)
+Q_DECLARE_METATYPE(LimitCase)
 
 class TestKelCombo : public QObject
 {
@@ -327,38 +329,26 @@ private slots:
     // it is now, also after the list opened and closed or a text set by code longer than the limit.
     void typingLimit_data()
     {
-        QTest::addColumn<bool>("limit");
-        QTest::addColumn<int>("maxLength");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<QString>("after");
-        QTest::addColumn<QString>("events");
-        QTest::addColumn<int>("caret");
-        QTest::newRow("one character outside the basic plane") << false << 1 << QString() << u"😀😀"_qs << u"😀"_qs << u"XC"_qs << 2;
-        QTest::newRow("after the list, limited") << true << 1 << u"0.5"_qs << u"!$<e"_qs << u"0.5"_qs << QString() << 2;
-        QTest::newRow("longer text from code") << false << 5 << u"1e+308"_qs << u"!$Z"_qs << u"1e+308"_qs << QString() << 6;
+        QTest::addColumn<LimitCase>("c");
+        QTest::newRow("one character outside the basic plane") << LimitCase{false, 1, u"", u"😀😀", u"😀", u"XC", 2};
+        QTest::newRow("after the list, limited") << LimitCase{true, 1, u"0.5", u"!$<e", u"0.5", u"", 2};
+        QTest::newRow("longer text from code") << LimitCase{false, 5, u"1e+308", u"!$Z", u"1e+308", u"", 6};
         // The completion is set inside the keystroke's own change: the limit measures against it.
-        QTest::newRow("typed over a completion") << true << 1 << u"0.5"_qs << u"*0.5"_qs << u"0.5"_qs << QString() << 3;
+        QTest::newRow("typed over a completion") << LimitCase{true, 1, u"0.5", u"*0.5", u"0.5", u"", 3};
     }
     void typingLimit()
     {
-        QFETCH(bool, limit);
-        QFETCH(int, maxLength);
-        QFETCH(QString, text);
-        QFETCH(QString, keys);
-        QFETCH(QString, after);
-        QFETCH(QString, events);
-        QFETCH(int, caret);
+        QFETCH(LimitCase, c);
         Form f;
         QVERIFY(f.ready());
-        KelCombo *c = focused(f, u"0.5"_qs, limit, Qt::MouseFocusReason);
-        c->setMaxLength(qint16(maxLength));
-        c->setText(text);
-        EventLog log(c);
-        type(c, keys);
-        QCOMPARE(c->Combo1->Text(), after);
-        QCOMPARE(log.seen, events);
-        QCOMPARE(c->Combo1->SelStart(), caret);
+        KelCombo *combo = focused(f, u"0.5"_qs, c.limit, Qt::MouseFocusReason);
+        combo->setMaxLength(qint16(c.maxLength));
+        combo->setText(QString::fromUtf16(c.text));
+        EventLog log(combo);
+        type(combo, QString::fromUtf16(c.keys));
+        QCOMPARE(combo->Combo1->Text(), QString::fromUtf16(c.after));
+        QCOMPARE(log.seen, QString::fromUtf16(c.events));
+        QCOMPARE(combo->Combo1->SelStart(), c.caret);
     }
 
     // Code that moves the focus away while the list is open leaves the field as the user does:

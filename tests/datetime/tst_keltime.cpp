@@ -1,5 +1,5 @@
 #include "controls/datetime/keltime.h"
-#include "keys.h"
+#include "spinkeys.h"
 #include "library/dispatch.h"
 
 #include <QSignalSpy>

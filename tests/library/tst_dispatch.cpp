@@ -161,14 +161,9 @@ private slots:
         QString error;
         QVERIFY(!createObject(u"KelNope"_qs, nullptr, &error));
         QCOMPARE(error, u"Class not registered: \"KelNope\""_qs);
-        const int before = liveObjects();
-        {
-            std::unique_ptr<QObject> t(createObject(u"keltext"_qs));
-            QVERIFY(qobject_cast<KelText *>(t.get()));
-            QVERIFY(!DllCanUnloadNow());
-            QCOMPARE(liveObjects(), before + 1);
-        }
-        QCOMPARE(liveObjects(), before);
+        // The count of live objects that keeps the library loaded is the plugin test's.
+        std::unique_ptr<QObject> t(createObject(u"keltext"_qs));
+        QVERIFY(qobject_cast<KelText *>(t.get()));
     }
 
     void registration()

@@ -1,6 +1,6 @@
 #include "controls/number/kelnumber.h"
-#include "kelfixture.h"
 #include "library/kelcontrolhandler.h"
+#include "spinkeys.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -13,16 +13,13 @@ using namespace kel;
 
 namespace {
 
-using Form = test::TwoFieldForm<KelNumber>;
+using namespace kel::test;
 
-QLineEdit *text1(KelNumber *n) { return n->findChild<QLineEdit *>(u"Text1"_qs); }
 double value(KelNumber *n) { return n->Value().toDouble(); }
-void enter(KelNumber *n) { text1(n)->setFocus(Qt::TabFocusReason); }
-QString str(const char16_t *s) { return QString::fromUtf16(s); }
 
 struct ValueCase { int decimals; bool group; Variant input; double value; const char16_t *shown, *edited, *fromBag = nullptr; };
 struct KeyCase { int decimals; double number; int caret; bool insert, locked; const char16_t *keys, *text; int selStart, selLength, beeps; };
-struct StepCase { bool upDown; double start, min, max, step; const char *how; double value; int changes; const char16_t *shown; };
+struct StepCase { bool upDown; double start, min, max, step; char16_t how; double value; int changes; const char16_t *shown; };
 struct ValidCase { bool mandatory, locked; double min, max; int decimals; bool group; const char16_t *typed; QString message; double committed; };
 struct LayoutCase { bool upDown; double width, expected, label; };
 
@@ -58,19 +55,17 @@ Q_DECLARE_METATYPE(LayoutCase)
 class TestKelNumber : public QObject
 {
     Q_OBJECT
-    RecordingServices *rec = nullptr;
-    std::unique_ptr<Form> f;
+    std::unique_ptr<FieldForm<KelNumber>> f;
     KelNumber *n = nullptr; // the first field; the focus starts in the second
+    RecordingServices *rec = nullptr;
 
 private slots:
     void init()
     {
-        test::useRuntime();
-        rec = test::recordServices();
-        f = std::make_unique<Form>();
-        n = f->first;
+        f = std::make_unique<FieldForm<KelNumber>>();
+        n = f->field;
+        rec = f->rec;
         QVERIFY(f->ready());
-        enter(f->second);
         QCOMPARE(QApplication::focusWidget(), text1(f->second));
     }
     void cleanup() { f.reset(); }
@@ -207,15 +202,15 @@ private slots:
     void stepping_data()
     {
         QTest::addColumn<StepCase>("c");
-        QTest::newRow("Down key below zero") << StepCase{true, 0.5, -100, 100, 1, "down", -0.5, 1, u"(0.50)"};
-        QTest::newRow("Up at MaxValue") << StepCase{true, 10, 0, 10, 1, "up", 10, 0, u"10.00"};
-        QTest::newRow("Down lands on MinValue") << StepCase{true, 1.5, 1, 10, 1, "down", 1, 1, u"1.00"};
-        QTest::newRow("keys idle without spinner") << StepCase{false, 5, 0, 10, 1, "up", 5, 0, u"5"};
-        QTest::newRow("upper half") << StepCase{true, 5, 0, 10, 2, "upper", 7, 1, u"7.00"};
-        QTest::newRow("lower half, fraction") << StepCase{true, 5, 0, 10, 0.25, "lower", 4.75, 1, u"4.75"};
-        QTest::newRow("past the largest double") << StepCase{true, 1e308, -1e308, 1e308, 1e308, "up", 1e308, 0, nullptr};
-        QTest::newRow("below the lowest double") << StepCase{true, -1e308, -1e308, 1e308, 1e308, "down", -1e308, 0, nullptr};
-        QTest::newRow("overflow lands on the bound") << StepCase{true, 1e308, -1e308, 1.7e308, 1e308, "upper", 1.7e308, 1, nullptr};
+        QTest::newRow("Down key below zero") << StepCase{true, 0.5, -100, 100, 1, u'D', -0.5, 1, u"(0.50)"};
+        QTest::newRow("Up at MaxValue") << StepCase{true, 10, 0, 10, 1, u'U', 10, 0, u"10.00"};
+        QTest::newRow("Down lands on MinValue") << StepCase{true, 1.5, 1, 10, 1, u'D', 1, 1, u"1.00"};
+        QTest::newRow("keys idle without spinner") << StepCase{false, 5, 0, 10, 1, u'U', 5, 0, u"5"};
+        QTest::newRow("upper half") << StepCase{true, 5, 0, 10, 2, u'S', 7, 1, u"7.00"};
+        QTest::newRow("lower half, fraction") << StepCase{true, 5, 0, 10, 0.25, u's', 4.75, 1, u"4.75"};
+        QTest::newRow("past the largest double") << StepCase{true, 1e308, -1e308, 1e308, 1e308, u'U', 1e308, 0, nullptr};
+        QTest::newRow("below the lowest double") << StepCase{true, -1e308, -1e308, 1e308, 1e308, u'D', -1e308, 0, nullptr};
+        QTest::newRow("overflow lands on the bound") << StepCase{true, 1e308, -1e308, 1.7e308, 1e308, u'S', 1.7e308, 1, nullptr};
     }
     void stepping()
     {
@@ -226,13 +221,11 @@ private slots:
         n->setUpDownChange(c.step);
         n->setValue(c.start);
         QSignalSpy change(n, &KelNumber::Change);
-        QWidget *spin = n->findChild<QWidget *>(u"UpDown1"_qs);
-        const QByteArray how(c.how);
-        if (how == "up" || how == "down") {
+        const bool key = c.how == u'U' || c.how == u'D';
+        if (key)
             enter(n);
-            QTest::keyClick(text1(n), how == "up" ? Qt::Key_Up : Qt::Key_Down);
-        } else { // from another field: the click brings the focus and keeps the display form
-            QTest::mouseClick(spin, Qt::LeftButton, {}, QPoint(spin->width() / 2, how == "upper" ? 2 : spin->height() - 3));
+        play(n, QString(c.how));
+        if (!key) { // from another field: the click brings the focus and keeps the display form
             QCOMPARE(QApplication::focusWidget(), text1(n));
             QCOMPARE(n->UpDown1->Value(), 1);
         }
@@ -240,7 +233,7 @@ private slots:
         QCOMPARE(change.count(), c.changes);
         if (c.shown)
             QCOMPARE(text1(n)->text(), str(c.shown));
-        for (QWidget *w : {static_cast<QWidget *>(text1(n)), spin}) { // the wheel never steps
+        for (QWidget *w : {static_cast<QWidget *>(text1(n)), n->UpDown1->widget()}) { // the wheel never steps
             QWheelEvent wheel({3, 3}, w->mapToGlobal(QPointF(3, 3)), {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
             QApplication::sendEvent(w, &wheel);
         }

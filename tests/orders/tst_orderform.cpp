@@ -71,7 +71,11 @@ void dumpTree(QAccessibleInterface *a, QStringList &out, int depth = 0)
         dumpTree(a->child(i), out, depth + 1);
 }
 
+struct SpokenField { const char *field; const char16_t *role, *name, *value; bool required; };
+
 } // namespace
+
+Q_DECLARE_METATYPE(SpokenField)
 
 class TestOrderForm : public QObject
 {
@@ -197,33 +201,27 @@ private slots:
     // field says "required", a spinner's steps are the field's own actions.
     void accessibilityTree_data()
     {
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("role");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<bool>("required");
-        QTest::newRow("text") << "customer_ref" << "EditableText" << "Customer ref." << "PO-2291" << true;
-        QTest::newRow("combo") << "customer_id" << "ComboBox" << "Customer" << "Acme Tools Ltd" << true;
-        QTest::newRow("number") << "quantity" << "SpinBox" << "Quantity" << "40" << true;
-        QTest::newRow("optional") << "unit_price" << "SpinBox" << "Unit price" << "12.50" << false;
-        QTest::newRow("time") << "delivery_time" << "SpinBox" << "Delivery time" << "09:30" << false;
-        QTest::newRow("multi-line") << "notes" << "EditableText" << "Notes" << "Deliver to the loading bay." << false;
+        QTest::addColumn<SpokenField>("c");
+        QTest::newRow("text") << SpokenField{"customer_ref", u"EditableText", u"Customer ref.", u"PO-2291", true};
+        QTest::newRow("combo") << SpokenField{"customer_id", u"ComboBox", u"Customer", u"Acme Tools Ltd", true};
+        QTest::newRow("number") << SpokenField{"quantity", u"SpinBox", u"Quantity", u"40", true};
+        QTest::newRow("optional") << SpokenField{"unit_price", u"SpinBox", u"Unit price", u"12.50", false};
+        QTest::newRow("time") << SpokenField{"delivery_time", u"SpinBox", u"Delivery time", u"09:30", false};
+        QTest::newRow("multi-line") << SpokenField{"notes", u"EditableText", u"Notes", u"Deliver to the loading bay.", false};
     }
     void accessibilityTree()
     {
-        QFETCH(QString, field);
-        QFETCH(QString, role);
-        QFETCH(QString, name);
-        QFETCH(QString, value);
-        QFETCH(bool, required);
+        QFETCH(SpokenField, c);
+        const QString role = QString::fromUtf16(c.role), value = QString::fromUtf16(c.value);
         QStringList tree;
         dumpTree(QAccessible::queryAccessibleInterface(m_form.get()), tree);
-        const QString line = QStringLiteral("%1 \"%2\" value=\"%3\" description=\"%4\"").arg(role, name, value, required ? u"required"_qs : QString());
+        const QString line = QStringLiteral("%1 \"%2\" value=\"%3\" description=\"%4\"")
+                                     .arg(role, QString::fromUtf16(c.name), value, c.required ? u"required"_qs : QString());
         QVERIFY2(tree.filter(line).size() == 1, qPrintable(tree.join(u'\n')));
         // No nameless spinner or empty text box beside the fields.
         QVERIFY2(tree.filter(u"Up Down"_qs).isEmpty() && tree.filter(u"EditableText \"\""_qs).isEmpty(), qPrintable(tree.join(u'\n')));
 
-        QWidget *box = control(qPrintable(field))->findChild<QWidget *>(QStringLiteral("Text1"));
+        QWidget *box = control(c.field)->findChild<QWidget *>(QStringLiteral("Text1"));
         if (role != u"SpinBox")
             return;
         QAccessibleInterface *a = QAccessible::queryAccessibleInterface(box);

@@ -263,15 +263,14 @@ private slots:
         verifyEditsKept(m_b, "unit_price", 20.0);
     }
 
-    // Real SQLite files made to fail: what the user is told, and that the file keeps the record.
+    // Real SQLite files made to fail: what the user is told, and that the file keeps the record. A
+    // write lock and a refused value are the batch tests' (busy while a batch runs, a trigger refusing).
     void failedSaveKeepsRecord_data()
     {
         QTest::addColumn<QString>("engine");
         QTest::addColumn<QString>("failure");
         QTest::addColumn<QString>("reason");
         QTest::newRow("read-only") << u"sqlite"_qs << u"read-only"_qs << u"the database file is read-only"_qs;
-        QTest::newRow("write lock") << u"sqlite"_qs << u"lock"_qs << Busy;
-        QTest::newRow("constraint") << u"sqlite"_qs << u"constraint"_qs << u"the database refused one of its values"_qs;
         QTest::newRow("disk full") << u"sqlite"_qs << u"full"_qs << u"the disk is full"_qs;
     }
     void failedSaveKeepsRecord()
@@ -295,17 +294,10 @@ private slots:
         if (!m_a || !m_b)
             return;
         QSqlDatabase a = QSqlDatabase::database(u"a"_qs);
-        QSqlDatabase holder;
         if (failure == u"read-only") {
             a.close();
             a.setConnectOptions(u"QSQLITE_OPEN_READONLY"_qs);
             QVERIFY(a.open());
-        } else if (failure == u"lock") {
-            holder = QSqlDatabase::cloneDatabase(a, u"holder"_qs);
-            QVERIFY(holder.open());
-            QVERIFY(QSqlQuery(holder).exec(u"BEGIN IMMEDIATE"_qs));
-        } else if (failure == u"constraint") {
-            QVERIFY(QSqlQuery(a).exec(u"CREATE UNIQUE INDEX one_ref ON orders (customer_ref)"_qs));
         } else if (failure == u"full") {
             QFile f(filler);
             QVERIFY(f.open(QIODevice::WriteOnly));
@@ -314,7 +306,7 @@ private slots:
             }
         }
         const QByteArray before = digest(m_file);
-        const QString typed = u"PO-2304"_qs; // an order's reference already taken
+        const QString typed = u"PO-2304"_qs;
         control(m_a, "customer_ref")->setProperty("Text", typed);
         control(m_a, "notes")->setProperty("Text", QString(6000, u'n'));
         QVERIFY(!m_a->save());
@@ -326,23 +318,19 @@ private slots:
         QVERIFY(!m_a->next());
         QCOMPARE(control(m_a, "customer_ref")->property("Text").toString(), typed);
 
-        if (holder.isValid())
-            QSqlQuery(holder).exec(u"ROLLBACK"_qs);
         if (!filler.isEmpty())
             QFile::remove(filler);
         QCOMPARE(digest(m_file), before);
         QCOMPARE(cell(u"b"_qs, u"SELECT customer_ref || '/' || notes FROM orders WHERE id = 1"_qs).toString(),
                  u"PO-2291/Deliver to the loading bay."_qs);
-        // With the cause gone the same edits are stored (a taken reference stays refused).
-        if (failure != u"constraint") {
-            if (failure == u"read-only") {
-                a.close();
-                a.setConnectOptions(QString());
-                QVERIFY(a.open());
-            }
-            QVERIFY(m_a->save());
-            QCOMPARE(stored(u"customer_ref"_qs).toString(), typed);
+        // With the cause gone the same edits are stored.
+        if (failure == u"read-only") {
+            a.close();
+            a.setConnectOptions(QString());
+            QVERIFY(a.open());
         }
+        QVERIFY(m_a->save());
+        QCOMPARE(stored(u"customer_ref"_qs).toString(), typed);
     }
 
     // Past the count limit the bar claims no total it did not count.

@@ -195,13 +195,6 @@ private slots:
         QFETCH(QString, expected);
         QCOMPARE(shown(KelRuntimeDates(kUs).ParseTime(text)), expected);
     }
-
-    // The calendar is the day-serial suite's; here the time of day goes and the top of the range holds.
-    void lastDayOfMonth()
-    {
-        for (const auto &[date, last] : {std::pair{QDate(2012, 2, 10), QDate(2012, 2, 29)}, std::pair{QDate(9999, 12, 31), QDate(9999, 12, 31)}})
-            QCOMPARE(toQDateTime(KelRuntimeDates(kUs).LastDayOfMonth(Date{serial(date, QTime(15, 0))}).serial), QDateTime(last, QTime(0, 0)));
-    }
 };
 
 QTEST_MAIN(TestParseDate)

@@ -8,6 +8,13 @@
 #include <QTest>
 #include <QWidget>
 
+namespace kel {
+
+// Lets QCOMPARE show a Variant, also inside the lists of pairs a property bag holds.
+inline char *toString(const Variant &v) { return qstrdup(qPrintable(v.debugString())); }
+
+} // namespace kel
+
 namespace kel::test {
 
 // Installs RecordingServices and returns it (owned by the services slot).

@@ -1,7 +1,7 @@
 #pragma once
-// Date and time field tests: a two-field form and key scripts, where U is Up, D Down, I Insert,
-// E Enter, S and s the spinner's upper and lower button, C and V Ctrl+C and Ctrl+V; any other
-// character is typed.
+// Spinner field tests (number, date, time): a two-field form and key scripts, where U is Up,
+// D Down, I Insert, E Enter, S and s the spinner's upper and lower button, C and V Ctrl+C and
+// Ctrl+V; any other character is typed.
 #include "common/spinfield.h"
 #include "kelfixture.h"
 #include "platform/dayserial.h"
