@@ -339,6 +339,7 @@ QString TextBox::documentText() const
 
 void TextBox::emitIfChanged()
 {
+    m_replayingChop = false; // an edit by a handler ends the replay of a chop
     if (m_settingByCode)
         return; // the setter reports once it is done
     const QString now = m_line ? m_line->text() : documentText();
@@ -380,16 +381,16 @@ static int breakWidthBefore(const QTextDocument *doc, int end)
     return 0;
 }
 
-void TextBox::chopLineBreaks()
+bool TextBox::chopLineBreaks()
 {
     if (!m_multi)
-        return;
+        return false;
     QString now = documentText();
     qsizetype pairs = 0;
     for (qsizetype n = now.size(); n >= 2 && now[n - 2] == u'\r' && now[n - 1] == u'\n'; n -= 2)
         ++pairs;
     if (pairs == 0)
-        return;
+        return false;
     // The run of pairs goes in one edit, then Change is raised once per pair with the text a handler
     // reads one pair shorter each time, as if they went one by one (an edit per pair costs
     // thousands of instructions). Removing a block costs more than setting a character, so a long
@@ -424,24 +425,20 @@ void TextBox::chopLineBreaks()
         c.removeSelectedText();
     }
     m_settingByCode = false;
-    const int revision = m_chopRevision = doc->revision();
     m_lastText = std::move(now); // unshared, each chop below is constant time
     m_replayingChop = true;
-    for (qsizetype i = 0; i < pairs && doc->revision() == revision; ++i) {
+    for (qsizetype i = 0; i < pairs && m_replayingChop; ++i) {
         m_lastText.chop(2);
         emit Change();
     }
-    m_replayingChop = false;
-    if (doc->revision() == revision)
-        return;
+    if (m_replayingChop) {
+        m_replayingChop = false;
+        return true;
+    }
     // A handler edited the box meanwhile: its text is what counts, and it may end in pairs again.
     emitIfChanged();
     chopLineBreaks();
-}
-
-bool TextBox::replayingChop() const
-{
-    return m_replayingChop && m_multi->document()->revision() == m_chopRevision;
+    return true;
 }
 
 int TextBox::SelStart() const

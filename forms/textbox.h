@@ -37,11 +37,11 @@ public:
     int MaxLength() const { return m_maxLength; }
     void setMaxLength(int length);
     // Multi-line: removes the final CR LF pairs from the text, raising Change for each as if they
-    // went one by one; one edit of the document for the whole run.
-    void chopLineBreaks();
+    // went one by one; one edit of the document for the whole run. False when there were none.
+    bool chopLineBreaks();
     // Whether the Changes of a chop are being raised and no handler has edited the box since:
     // each text Text() gives meanwhile is then the one before it less one pair.
-    bool replayingChop() const;
+    bool replayingChop() const { return m_replayingChop; }
     QString PasswordChar() const { return m_password; }
     void setPasswordChar(const QString &c);
 
@@ -64,7 +64,6 @@ private:
     QString m_password;
     QString m_lastText;
     bool m_replayingChop = false; // Text() is m_lastText while the Changes of a chop are raised
-    int m_chopRevision = 0;       // the document's revision when they began
     QString documentText() const;
     std::pair<int, int> m_selBeforeFocus;
 };

@@ -46,8 +46,12 @@ void KelText::setUpBox(int i)
     auto *box = new TextBox(i ? TextBox::Kind::MultiLine : TextBox::Kind::SingleLine, this,
                             i ? QStringLiteral("Text1(1)") : QStringLiteral("Text1(0)"));
     m_box[i] = box;
-    connect(box, &Child::Change, this, &KelText::Change);
-    connect(box, &Child::Change, this, &KelText::notifyText);
+    // One connection for both, as a trim raises thousands of Changes. Change goes last: its
+    // handler may delete the control.
+    connect(box, &Child::Change, this, [this] {
+        notifyText();
+        emit Change();
+    });
     connect(box, &Child::Click, this, &KelText::Click);
     connect(box, &Child::KeyPress, this, [this, i](int &k) { keyPress(i, k); });
     connect(box, &Child::KeyDown, this, [this](int &code, int) {
@@ -122,9 +126,8 @@ QString KelText::Text()
 {
     if (m_fieldIndex == 0)
         return m_box[0]->Text();
-    m_box[1]->chopLineBreaks();
-    if (!m_box[1]->replayingChop())
-        catchUpTextWatch();
+    if (m_box[1]->chopLineBreaks())
+        notifyText();
     return m_box[1]->Text();
 }
 
@@ -137,35 +140,11 @@ void KelText::setText(const QString &text)
 
 void KelText::notifyText()
 {
-    if (m_fieldIndex == 1 && m_box[1]->replayingChop()) {
-        // The texts of a chop's Changes are prefixes of one text, one pair shorter each: their
-        // lengths tell them apart, and keeping each of them would copy it every time.
-        const QString text = TextRaw();
-        if (m_watchedPrefix) {
-            if (text.size() == *m_watchedPrefix)
-                return;
-            m_watchedPrefix = text.size();
-        } else {
-            if (!m_textWatch.moved(text))
-                return;
-            m_watchedText = text;
-            m_watchedPrefix = text.size();
-        }
-        emit TextChanged();
+    // A trim raises Change per pair but TextChanged once, when it is over (see Text()).
+    if (m_fieldIndex == 1 && m_box[1]->replayingChop())
         return;
-    }
-    catchUpTextWatch();
     if (m_textWatch.moved(TextRaw()))
         emit TextChanged();
-}
-
-void KelText::catchUpTextWatch()
-{
-    if (!m_watchedPrefix)
-        return;
-    m_textWatch.moved(m_watchedText.first(*m_watchedPrefix));
-    m_watchedPrefix.reset();
-    m_watchedText.clear();
 }
 
 bool KelText::Valid() const

@@ -5,8 +5,6 @@
 #include "../../forms/textbox.h"
 #include "../../platform/kelexport.h"
 
-#include <optional>
-
 namespace kel {
 
 /// Free text in one line or several, with a caption: created by hosts, Designer and kel::createObject.
@@ -91,16 +89,12 @@ private:
     void setUpBox(int index);
     void keyPress(int box, int &keyAscii);
     void notifyText();
-    void catchUpTextWatch();
 
     TextBox *m_box[2] = {};
     qint16 m_fieldIndex = 0;
     QString m_textOriginal;
     QString m_textSaved;
     PropertyWatch m_textWatch;
-    // While a chop's Changes are raised the watch's text is this prefix of m_watchedText.
-    QString m_watchedText;
-    std::optional<qsizetype> m_watchedPrefix;
 };
 
 } // namespace kel
