@@ -4,6 +4,9 @@
 #include <QRegularExpression>
 #include <QStringDecoder>
 
+#include <map>
+#include <optional>
+
 namespace kel::classic {
 
 namespace {
@@ -37,24 +40,72 @@ const FrmProperty *FrmControl::find(const QString &name) const
     return nullptr;
 }
 
+namespace {
+
+// Opening an ICU converter searches hundreds of alias names, and a form is decoded line by line:
+// one per code page and thread is kept, and dropped after an error, as an error sticks to it.
+// Qt's own converters are cheap and remember a byte-order mark once seen, so each use gets a new one.
+class Decoder
+{
+public:
+    explicit Decoder(const QString &codePage) : m_name(codePage.toLatin1())
+    {
+        if (QStringConverter::encodingForName(m_name.constData())) {
+            m_own.emplace(m_name.constData(), QStringDecoder::Flag::Stateless);
+            m_decoder = &*m_own;
+            return;
+        }
+        // Made in place and never moved: ICU's error callback holds the decoder's address.
+        const auto it = kept().try_emplace(m_name, m_name.constData(), QStringDecoder::Flag::Stateless).first;
+        if (!it->second.isValid()) {
+            kept().erase(it);
+            return;
+        }
+        m_decoder = &it->second;
+    }
+    QStringDecoder *get() const { return m_decoder; }
+    void dropIfSpoilt()
+    {
+        if (!m_own && m_decoder && m_decoder->hasError()) {
+            kept().erase(m_name);
+            m_decoder = nullptr;
+        }
+    }
+
+private:
+    static std::map<QByteArray, QStringDecoder> &kept()
+    {
+        thread_local std::map<QByteArray, QStringDecoder> decoders;
+        return decoders;
+    }
+    QByteArray m_name;
+    std::optional<QStringDecoder> m_own;
+    QStringDecoder *m_decoder = nullptr;
+};
+
+} // namespace
+
 bool knownCodePage(const QString &codePage)
 {
-    return QStringDecoder(codePage.toLatin1().constData()).isValid();
+    return Decoder(codePage).get() != nullptr;
 }
 
 std::optional<QString> decodeText(QByteArrayView bytes, const QString &codePage)
 {
-    QStringDecoder decoder(codePage.toLatin1().constData(), QStringDecoder::Flag::Stateless);
-    if (!decoder.isValid())
+    Decoder opened(codePage);
+    QStringDecoder *decoder = opened.get();
+    if (!decoder)
         return std::nullopt;
     // Windows-1252 leaves five bytes undefined; the converter would drop them without a word.
-    if (decoder.name() == QByteArrayView("windows-1252") || codePage.compare(u"windows-1252", Qt::CaseInsensitive) == 0)
+    if (decoder->name() == QByteArrayView("windows-1252") || codePage.compare(u"windows-1252", Qt::CaseInsensitive) == 0)
         for (const char c : bytes)
             if (c == '\x81' || c == '\x8D' || c == '\x8F' || c == '\x90' || c == '\x9D')
                 return std::nullopt;
-    QString text = decoder(bytes);
-    if (decoder.hasError())
+    QString text = decoder->decode(bytes);
+    if (decoder->hasError()) {
+        opened.dropIfSpoilt();
         return std::nullopt;
+    }
     return text;
 }
 

@@ -10,7 +10,10 @@ namespace kel::kelform {
 
 namespace {
 
-QString tr(const char *text) { return QCoreApplication::translate("FormDatabase", text); }
+// Every database message of kelform shares one context, and lupdate must see them.
+struct FormDatabase {
+    Q_DECLARE_TR_FUNCTIONS(FormDatabase)
+};
 
 // libpq would cut a connection parameter at a NUL and read no name with a line break in it.
 bool hasControl(const QString &s)
@@ -50,7 +53,7 @@ std::optional<DatabaseAddress> parseDatabaseAddress(const QString &where, QStrin
 {
     DatabaseAddress a;
     if (where.isEmpty() || hasControl(where)) {
-        *error = tr("\"%1\" names no database: give a SQLite file or a postgresql://user@host:port/dbname address.").arg(where);
+        *error = FormDatabase::tr("\"%1\" names no database: give a SQLite file or a postgresql://user@host:port/dbname address.").arg(where);
         return std::nullopt;
     }
     // "scheme://" is an address, never a file name; a file may still be written "./name".
@@ -62,17 +65,17 @@ std::optional<DatabaseAddress> parseDatabaseAddress(const QString &where, QStrin
     }
     const QString name = m.captured(1).toLower();
     if (name != u"postgresql" && name != u"postgres") {
-        *error = tr("%1: kelform opens SQLite files and postgresql:// addresses, not %2:// ones.").arg(where, m.captured(1));
+        *error = FormDatabase::tr("%1: kelform opens SQLite files and postgresql:// addresses, not %2:// ones.").arg(where, m.captured(1));
         return std::nullopt;
     }
-    const QString malformed = tr("%1 is not a database address of the form postgresql://user@host:port/dbname").arg(where);
+    const QString malformed = FormDatabase::tr("%1 is not a database address of the form postgresql://user@host:port/dbname").arg(where);
     const QUrl url(where);
     if (!url.isValid() || url.hasFragment() || url.port() == 0 || url.path().size() < 2) {
         *error = malformed;
         return std::nullopt;
     }
     if (!url.password().isEmpty()) {
-        *error = tr("A password does not belong on the command line: put it in ~/.pgpass or PGPASSWORD.");
+        *error = FormDatabase::tr("A password does not belong on the command line: put it in ~/.pgpass or PGPASSWORD.");
         return std::nullopt;
     }
     a.engine = DatabaseAddress::Engine::PostgreSQL;
@@ -84,7 +87,7 @@ std::optional<DatabaseAddress> parseDatabaseAddress(const QString &where, QStrin
     const auto items = QUrlQuery(url).queryItems(QUrl::FullyDecoded);
     for (const auto &[key, value] : items) {
         if (key != u"host") {
-            *error = tr("%1: kelform does not pass the parameter \"%2\" on to the server; leave it out.").arg(where, key);
+            *error = FormDatabase::tr("%1: kelform does not pass the parameter \"%2\" on to the server; leave it out.").arg(where, key);
             return std::nullopt;
         }
         if (!a.host.isEmpty() || value.isEmpty()) {

@@ -14,7 +14,10 @@ namespace kel::kelform {
 
 namespace {
 
-QString tr(const char *text) { return QCoreApplication::translate("FormDatabase", text); }
+// Every database message of kelform shares one context, and lupdate must see them.
+struct FormDatabase {
+    Q_DECLARE_TR_FUNCTIONS(FormDatabase)
+};
 
 } // namespace
 
@@ -28,7 +31,7 @@ bool createSchema(QSqlDatabase &db, QString *error)
     const bool postgres = db.driverName() == QLatin1String("QPSQL");
     QFile schema(postgres ? QStringLiteral(":/orders/schema-postgresql.sql") : QStringLiteral(":/orders/schema.sql"));
     if (!schema.open(QIODevice::ReadOnly)) {
-        *error = tr("the schema is missing from the program");
+        *error = FormDatabase::tr("the schema is missing from the program");
         return false;
     }
     db.transaction();
@@ -69,8 +72,8 @@ QSqlDatabase openDatabase(const QString &where, QString *error, const DatabaseOp
     QSqlDatabase db = QSqlDatabase::contains(options.connection) ? QSqlDatabase::database(options.connection, false)
                                                                  : QSqlDatabase::addDatabase(driver, options.connection);
     if (!db.isValid()) {
-        *error = postgres ? tr("PostgreSQL's Qt driver is not installed (Debian package libqt6sql6-psql)")
-                          : tr("SQLite's Qt driver is not installed (Debian package libqt6sql6-sqlite)");
+        *error = postgres ? FormDatabase::tr("PostgreSQL's Qt driver is not installed (Debian package libqt6sql6-psql)")
+                          : FormDatabase::tr("SQLite's Qt driver is not installed (Debian package libqt6sql6-sqlite)");
         return db;
     }
     if (postgres) {
@@ -90,7 +93,7 @@ QSqlDatabase openDatabase(const QString &where, QString *error, const DatabaseOp
         db.setConnectOptions(connect.join(u';'));
     }
     if (!db.open()) {
-        *error = tr("%1 could not be opened: %2").arg(where, db.lastError().text());
+        *error = FormDatabase::tr("%1 could not be opened: %2").arg(where, db.lastError().text());
         return db;
     }
     QSqlQuery q(db);
@@ -98,8 +101,8 @@ QSqlDatabase openDatabase(const QString &where, QString *error, const DatabaseOp
         // SQLite opens any file; the first read tells a database from a damaged or foreign file,
         // and nothing is written before it.
         if (!q.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")) || !q.next()) {
-            *error = tr("%1 is not a database kelform can open: it is damaged or not a SQLite file. It was left as it was.").arg(where)
-                     + QStringLiteral("\n\n") + tr("Details: %1").arg(q.lastError().text());
+            *error = FormDatabase::tr("%1 is not a database kelform can open: it is damaged or not a SQLite file. It was left as it was.").arg(where)
+                     + QStringLiteral("\n\n") + FormDatabase::tr("Details: %1").arg(q.lastError().text());
             q = QSqlQuery();
             db.close();
             return db;
@@ -107,7 +110,7 @@ QSqlDatabase openDatabase(const QString &where, QString *error, const DatabaseOp
         q.exec(QStringLiteral("PRAGMA foreign_keys = ON"));
     }
     if (db.tables().isEmpty() && !createSchema(db, error)) {
-        *error = tr("%1: the example's tables could not be made: %2").arg(where, *error);
+        *error = FormDatabase::tr("%1: the example's tables could not be made: %2").arg(where, *error);
         q = QSqlQuery();
         db.close();
     }

@@ -96,8 +96,17 @@ std::optional<double> KelDate::parseIn(const QString &text, const QString &forma
     }
 }
 
+bool KelDate::showsTime() const
+{
+    // Two mornings that differ in hour, minute and second: AM/PM alone shows no time of day.
+    constexpr double day = 45000, early = 3661.0 / 86400, later = 7322.0 / 86400;
+    return formatted(day + early) != formatted(day + later);
+}
+
 double KelDate::pinned(double serial) const
 {
+    // Typed text, and a value shown again in a new Format, follow the same rule as a value given.
+    serial = normalised(serial);
     if (m_daysFlag == FirstDay)
         return DateSerial(Year(serial), Month(serial), 1).value_or(serial);
     if (m_daysFlag == LastDay) {

@@ -31,9 +31,10 @@ protected:
     Wording wording() const override;
     QtDateForm dateForm() const override { return QtDateForm::Date; }
     std::optional<double> parse(const QString &text) const override;
-    // A date given with a time of day shows and saves as that day.
-    // (Whole days count towards zero: before 30 December 1899 the fraction is still the time.)
-    double normalised(double serial) const override { return std::trunc(serial); }
+    // A time of day is kept exactly when Format shows one, whatever gave the value; otherwise the
+    // date is that day. (Whole days count towards zero: before 30 December 1899 the fraction is
+    // still the time.)
+    double normalised(double serial) const override { return showsTime() ? serial : std::trunc(serial); }
     double pinned(double serial) const override;
     // Only Backspace and Escape: a paste or a copy takes the character after the caret too.
     bool controlCharacterPasses(int keyAscii) const override { return keyAscii == 8 || keyAscii == 27; }
@@ -45,6 +46,7 @@ protected:
     void onWriteProperties(PropertyBag &bag) override;
 
 private:
+    bool showsTime() const;
     std::optional<double> parseIn(const QString &text, const QString &format, bool birthday) const;
 
     KelDateDaysFlag m_daysFlag = Allow;

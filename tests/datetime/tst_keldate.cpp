@@ -228,6 +228,35 @@ private slots:
         QCOMPARE(d->Changed(), property == u"DaysFlag" || changed);
     }
 
+    // A time of day stays exactly when Format shows one, whether text, a number or a date-time
+    // gave it, so that what a host reads it can write back unchanged.
+    void timeOfDay_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QVariant>("given");
+        QTest::addColumn<double>("value");
+        const double day = serial(2013, 3, 15), at1030 = day + 0.4375;
+        const QString withTime = u"dd/mm/yyyy hh:nn"_qs;
+        QTest::newRow("number, time shown") << withTime << QVariant(at1030) << at1030;
+        QTest::newRow("date-time, time shown") << withTime << QVariant(QDateTime(QDate(2013, 3, 15), QTime(10, 30))) << at1030;
+        QTest::newRow("text, time shown") << withTime << QVariant(u"15/03/2013 10:30"_qs) << at1030;
+        QTest::newRow("number, no time") << u"dd/mm/yyyy"_qs << QVariant(at1030) << day;
+        QTest::newRow("text, no time") << u"dd/mm/yyyy"_qs << QVariant(u"15/03/2013 10:30"_qs) << day;
+        QTest::newRow("AM/PM alone") << u"dd/mm/yyyy AMPM"_qs << QVariant(at1030) << day;
+    }
+    void timeOfDay()
+    {
+        QFETCH(QString, format);
+        QFETCH(QVariant, given);
+        QFETCH(double, value);
+        d->setFormat(format);
+        QVERIFY(d->setProperty("Value", given));
+        QCOMPARE(d->Value(), Variant(Date{value}));
+        const QVariant read = d->property("Value");
+        QVERIFY(d->setProperty("Value", read));
+        QCOMPARE(d->property("Value"), read);
+    }
+
     void ignoredSetters()
     {
         // A bound a split second before midnight is the one a host reads back, not the day before.
