@@ -98,9 +98,14 @@ std::optional<double> KelDate::parseIn(const QString &text, const QString &forma
 
 bool KelDate::showsTime() const
 {
-    // Two mornings that differ in hour, minute and second: AM/PM alone shows no time of day.
-    constexpr double day = 45000, early = 3661.0 / 86400, later = 7322.0 / 86400;
-    return formatted(day + early) != formatted(day + later);
+    // Asked for every value; only Format changes the answer.
+    if (m_showsTimeFor != m_format) {
+        // Two mornings that differ in hour, minute and second: AM/PM alone shows no time of day.
+        constexpr double day = 45000, early = 3661.0 / 86400, later = 7322.0 / 86400;
+        m_showsTime = formatted(day + early) != formatted(day + later);
+        m_showsTimeFor = m_format;
+    }
+    return m_showsTime;
 }
 
 double KelDate::pinned(double serial) const

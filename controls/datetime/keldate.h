@@ -50,6 +50,8 @@ private:
     std::optional<double> parseIn(const QString &text, const QString &format, bool birthday) const;
 
     KelDateDaysFlag m_daysFlag = Allow;
+    mutable QString m_showsTimeFor; // the Format m_showsTime was worked out for
+    mutable bool m_showsTime = false;
 };
 
 } // namespace kel
