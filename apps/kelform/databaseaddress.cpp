@@ -4,7 +4,6 @@
 #include <QRegularExpression>
 #include <QUrl>
 #include <QUrlQuery>
-#include <algorithm>
 
 namespace kel::kelform {
 
@@ -15,10 +14,23 @@ struct FormDatabase {
     Q_DECLARE_TR_FUNCTIONS(FormDatabase)
 };
 
-// libpq would cut a connection parameter at a NUL and read no name with a line break in it.
-bool hasControl(const QString &s)
+// libpq would cut a connection parameter at a NUL and read no name with a line break in it; a
+// lone surrogate or a noncharacter has no UTF-8 the server would take, nor one QUrl writes back.
+bool unfit(const QString &s)
 {
-    return std::any_of(s.begin(), s.end(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
+    for (qsizetype i = 0; i < s.size(); ++i) {
+        const char16_t c = s[i].unicode();
+        if (c < 0x20 || c == 0x7f)
+            return true;
+        char32_t u = c;
+        if (QChar::isHighSurrogate(c) && i + 1 < s.size() && QChar::isLowSurrogate(s[i + 1].unicode()))
+            u = QChar::surrogateToUcs4(c, s[++i].unicode());
+        else if (QChar::isSurrogate(c))
+            return true;
+        if (QChar::isNonCharacter(u))
+            return true;
+    }
+    return false;
 }
 
 } // namespace
@@ -37,7 +49,8 @@ QString DatabaseAddress::toString() const
     bool hostInQuery = !host.isEmpty();
     if (hostInQuery && !host.startsWith(u'/')) {
         url.setHost(host, QUrl::DecodedMode);
-        hostInQuery = !url.isValid() || url.host() != host;
+        // QUrl leaves a "?" in an IPv6 zone as it is, which then starts the query when read.
+        hostInQuery = !url.isValid() || url.host() != host || QUrl(url.toString(QUrl::FullyEncoded)).host() != host;
         if (hostInQuery)
             url.setHost(none);
     }
@@ -52,7 +65,7 @@ QString DatabaseAddress::toString() const
 std::optional<DatabaseAddress> parseDatabaseAddress(const QString &where, QString *error)
 {
     DatabaseAddress a;
-    if (where.isEmpty() || hasControl(where)) {
+    if (where.isEmpty() || unfit(where)) {
         *error = FormDatabase::tr("\"%1\" names no database: give a SQLite file or a postgresql://user@host:port/dbname address.").arg(where);
         return std::nullopt;
     }
@@ -96,7 +109,7 @@ std::optional<DatabaseAddress> parseDatabaseAddress(const QString &where, QStrin
         }
         a.host = value; // a socket folder
     }
-    if (hasControl(a.host) || hasControl(a.user) || hasControl(a.database)) {
+    if (unfit(a.host) || unfit(a.user) || unfit(a.database)) {
         *error = malformed;
         return std::nullopt;
     }

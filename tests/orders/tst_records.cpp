@@ -363,6 +363,7 @@ private slots:
         QTest::newRow("socket folder") << u"postgresql://kel@/kel?host=/tmp/pg%20x"_qs << u"/tmp/pg x|-1|kel|kel"_qs << QString();
         QTest::newRow("default host") << u"postgresql:///tmp/pg"_qs << u"|-1||tmp/pg"_qs << QString();
         QTest::newRow("scheme in capitals") << u"POSTGRES://[::1]/d"_qs << u"::1|-1||d"_qs << QString();
+        QTest::newRow("IPv6 zone with a question mark") << u"postgresql://[fe80::1%25e%3Fh]/d"_qs << u"fe80::1%e?h|-1||d"_qs << QString();
         QTest::newRow("escaped name") << u"postgresql://h/my%2Fdb%3F"_qs << u"h|-1||my/db?"_qs << QString();
         QTest::newRow("file") << u"orders.sqlite"_qs << u"orders.sqlite"_qs << QString();
         QTest::newRow("file like an address") << u"./mysql://x"_qs << u"./mysql://x"_qs << QString();
@@ -373,6 +374,10 @@ private slots:
         QTest::newRow("port 0") << u"postgresql://h:0/d"_qs << QString() << u"postgresql://h:0/d"_qs + malformed;
         QTest::newRow("no database") << u"postgresql://h/"_qs << QString() << u"postgresql://h/"_qs + malformed;
         QTest::newRow("NUL in name") << u"postgresql://h/a%00b"_qs << QString() << u"postgresql://h/a%00b"_qs + malformed;
+        // Names QUrl would write back as another name.
+        QTest::newRow("noncharacter") << u"postgresql://h/a\uFFFEb"_qs << QString() << u"\"postgresql://h/a\uFFFEb\" names no database"_qs;
+        QTest::newRow("noncharacter past the basic plane") << u"postgresql://h/a\U0003FFFFb"_qs << QString()
+                                                           << u"\"postgresql://h/a\U0003FFFFb\" names no database"_qs;
         QTest::newRow("other scheme") << u"mysql://h/d"_qs << QString() << u"mysql://h/d: kelform opens SQLite files and postgresql://"_qs;
         QTest::newRow("nothing") << QString() << QString() << u"\"\" names no database"_qs;
     }
