@@ -113,6 +113,17 @@ inline void typeKeys(QWidget *w, QStringView keys)
     }
 }
 
+// `times` presses and releases of `key` (Up, Down: keys that type nothing).
+inline void pressKey(QWidget *w, Qt::Key key, int times)
+{
+    for (int i = 0; i < times; ++i) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(w, &press);
+        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
+        QApplication::sendEvent(w, &release);
+    }
+}
+
 // Typing `keys` into `w` in every iteration, after `reset` (not measured) has emptied the field.
 template<class Reset>
 void typing(benchmark::State &state, QWidget *w, QStringView keys, Reset reset)
