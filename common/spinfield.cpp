@@ -96,13 +96,14 @@ bool SpinField::invalid(bool showMessage, const QString &message, const QString 
     return false;
 }
 
-void SpinField::showText(const QString &text)
+bool SpinField::showText(const QString &text, int caret)
 {
     if (Text1->Text() == text)
-        return;
+        return false;
     const bool outer = std::exchange(m_writingText, true);
-    Text1->setText(text);
+    Text1->setText(text, caret);
     m_writingText = outer;
+    return true;
 }
 
 void SpinField::spinnerChanged()
