@@ -1,6 +1,6 @@
-// Stepping a date: the date field's Up key (parse the text, step the part under the caret,
-// clamp, format, put the caret back) next to QDateEdit stepping its day section, in one run; and
-// typing a date and a time key by key, next to QDateEdit and QTimeEdit.
+// Stepping a date and a time: the fields' Up key (parse the text, step the part under the caret,
+// clamp, format, put the caret back) next to QDateEdit and QTimeEdit stepping a section, in one
+// run; and typing a date and a time key by key, next to the same.
 #include "benchratio.h"
 #include "controls/datetime/keldate.h"
 #include "controls/datetime/keltime.h"
@@ -12,6 +12,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
+#include <cmath>
+
 using namespace kel;
 
 namespace {
@@ -19,83 +21,76 @@ namespace {
 constexpr int Repeats = 10000;
 const QDate Start(2000, 1, 1);
 
-using DateForm = bench::FieldForm<KelDate>;
-
 // Under callgrind a step costs what a hundred do natively; a tenth of them keeps scripts/perf quick.
 int upSteps() { return RUNNING_ON_VALGRIND ? Repeats / 10 : Repeats; }
 
-// The Up key pressed and released in the focused field, the caret on the day.
-void KelDate_UpKey(benchmark::State &state)
+// The Up key pressed and released in the focused field, from `start` with the caret at `caret`;
+// every step moves the value by `unit`.
+template<class Field>
+void fieldUpKey(benchmark::State &state, const QString &format, double start, int caret, double unit)
 {
-    DateForm form;
+    bench::FieldForm<Field> form;
+    form.field->setFormat(format);
     form.text1->setFocus(Qt::OtherFocusReason);
     QApplication::processEvents();
     if (!form.text1->hasFocus())
         state.SkipWithError("no focus");
     for (auto _ : kel::bench::measured(state)) {
         kel::bench::pause(state);
-        form.field->setValue(Date{*fromQDate(Start)});
-        form.text1->setCursorPosition(0);
+        form.field->setValue(Date{start});
+        form.text1->setCursorPosition(caret);
         kel::bench::resume(state);
         kel::bench::pressKey(form.text1, Qt::Key_Up, upSteps());
     }
-    if (toQDate(form.field->Value().toDouble()) != Start.addDays(upSteps()))
+    if (std::abs(form.field->Value().toDouble() - (start + upSteps() * unit)) > unit / 2)
         state.SkipWithError("the field did not step");
 }
 
-// A shown date edit on the day section. The day section stops at the month's end unless it
-// wraps; wrapping keeps every step real.
-struct DateEditForm {
+// A shown stock edit on one section, which wraps: a section stops at its end otherwise (the day
+// at the month's end), and wrapping keeps every step real. By keys (focused) or by stepBy alone.
+template<class Edit>
+void editUpKey(benchmark::State &state, const QString &format, QDateTimeEdit::Section section, bool byKey)
+{
     QWidget window;
-    QDateEdit *edit = new QDateEdit(&window);
-    DateEditForm()
-    {
-        edit->setDisplayFormat(QStringLiteral("dd/MM/yyyy"));
-        edit->setWrapping(true);
-        edit->setGeometry(0, 0, 300, 20);
-        window.resize(320, 40);
-        window.show();
-        QApplication::processEvents();
-    }
-    void reset()
-    {
-        edit->setDate(Start);
-        edit->setCurrentSection(QDateTimeEdit::DaySection);
-    }
-};
-
-// The same key in the focused date edit: its own key path, then stepBy.
-void QDateEdit_UpKey(benchmark::State &state)
-{
-    DateEditForm form;
-    form.edit->setFocus(Qt::OtherFocusReason);
+    auto *edit = new Edit(&window);
+    edit->setDisplayFormat(format);
+    edit->setWrapping(true);
+    edit->setGeometry(0, 0, 300, 20);
+    window.resize(320, 40);
+    window.show();
+    if (byKey)
+        edit->setFocus(Qt::OtherFocusReason);
     QApplication::processEvents();
-    if (!form.edit->hasFocus())
+    if (byKey && !edit->hasFocus())
         state.SkipWithError("no focus");
+    const QDateTime start = edit->dateTime();
     for (auto _ : kel::bench::measured(state)) {
         kel::bench::pause(state);
-        form.reset();
+        edit->setDateTime(start);
+        edit->setCurrentSection(section);
         kel::bench::resume(state);
-        kel::bench::pressKey(form.edit, Qt::Key_Up, upSteps());
+        if (byKey) {
+            kel::bench::pressKey(edit, Qt::Key_Up, upSteps());
+        } else {
+            for (int i = 0; i < upSteps(); ++i)
+                edit->stepBy(1);
+        }
     }
-    if (form.edit->date() == Start)
-        state.SkipWithError("the date edit did not step");
+    if (edit->dateTime() == start)
+        state.SkipWithError("the edit did not step");
 }
 
+const QString DateFormat = QStringLiteral("dd/mm/yyyy"), DateEditFormat = QStringLiteral("dd/MM/yyyy");
+const QString TimeFormat = QStringLiteral("hh:nn:ss"), TimeEditFormat = QStringLiteral("HH:mm:ss");
+
+// The date on its day; the time on its seconds, from midnight.
+void KelDate_UpKey(benchmark::State &state) { fieldUpKey<KelDate>(state, DateFormat, *fromQDate(Start), 0, 1); }
+// The same key in the stock edit: its own key path, then stepBy.
+void QDateEdit_UpKey(benchmark::State &state) { editUpKey<QDateEdit>(state, DateEditFormat, QDateTimeEdit::DaySection, true); }
 // The step alone, with no key around it.
-void QDateEdit_stepBy(benchmark::State &state)
-{
-    DateEditForm form;
-    for (auto _ : kel::bench::measured(state)) {
-        kel::bench::pause(state);
-        form.reset();
-        kel::bench::resume(state);
-        for (int i = 0; i < upSteps(); ++i)
-            form.edit->stepBy(1);
-    }
-    if (form.edit->date() == Start)
-        state.SkipWithError("the date edit did not step");
-}
+void QDateEdit_stepBy(benchmark::State &state) { editUpKey<QDateEdit>(state, DateEditFormat, QDateTimeEdit::DaySection, false); }
+void KelTime_UpKey(benchmark::State &state) { fieldUpKey<KelTime>(state, TimeFormat, 0, 8, 1.0 / 86400); }
+void QTimeEdit_UpKey(benchmark::State &state) { editUpKey<QTimeEdit>(state, TimeEditFormat, QDateTimeEdit::SecondSection, true); }
 
 // Digits alone: the stock edit moves on by itself after each section, and our field reads ddmmyyyy.
 const QString TypedDate = QStringLiteral("15012024");
@@ -137,6 +132,8 @@ void QTimeEdit_TypedKeys(benchmark::State &state) { editTypedKeys<QTimeEdit>(sta
 BENCHMARK(KelDate_UpKey)->Unit(benchmark::kMillisecond);
 BENCHMARK(QDateEdit_UpKey)->Unit(benchmark::kMillisecond);
 BENCHMARK(QDateEdit_stepBy)->Unit(benchmark::kMillisecond);
+BENCHMARK(KelTime_UpKey)->Unit(benchmark::kMillisecond);
+BENCHMARK(QTimeEdit_UpKey)->Unit(benchmark::kMillisecond);
 BENCHMARK(KelDate_TypedKeys)->Unit(benchmark::kMicrosecond);
 BENCHMARK(QDateEdit_TypedKeys)->Unit(benchmark::kMicrosecond);
 BENCHMARK(KelTime_TypedKeys)->Unit(benchmark::kMicrosecond);
@@ -149,6 +146,7 @@ int main(int argc, char **argv)
     return bench::runWithRatios(argc, argv,
                                 {{"KelDate_UpKey", "QDateEdit_UpKey"},
                                  {"KelDate_UpKey", "QDateEdit_stepBy"},
+                                 {"KelTime_UpKey", "QTimeEdit_UpKey"},
                                  {"KelDate_TypedKeys", "QDateEdit_TypedKeys"},
                                  {"KelTime_TypedKeys", "QTimeEdit_TypedKeys"}});
 }
