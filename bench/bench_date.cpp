@@ -31,17 +31,10 @@ void fieldUpKey(benchmark::State &state, const QString &format, double start, in
 {
     bench::FieldForm<Field> form;
     form.field->setFormat(format);
-    form.text1->setFocus(Qt::OtherFocusReason);
-    QApplication::processEvents();
-    if (!form.text1->hasFocus())
-        state.SkipWithError("no focus");
-    for (auto _ : kel::bench::measured(state)) {
-        kel::bench::pause(state);
+    bench::pressing(state, form.text1, Qt::Key_Up, upSteps(), [&] {
         form.field->setValue(Date{start});
         form.text1->setCursorPosition(caret);
-        kel::bench::resume(state);
-        kel::bench::pressKey(form.text1, Qt::Key_Up, upSteps());
-    }
+    });
     if (std::abs(form.field->Value().toDouble() - (start + upSteps() * unit)) > unit / 2)
         state.SkipWithError("the field did not step");
 }
@@ -58,20 +51,19 @@ void editUpKey(benchmark::State &state, const QString &format, QDateTimeEdit::Se
     edit->setGeometry(0, 0, 300, 20);
     window.resize(320, 40);
     window.show();
-    if (byKey)
-        edit->setFocus(Qt::OtherFocusReason);
     QApplication::processEvents();
-    if (byKey && !edit->hasFocus())
-        state.SkipWithError("no focus");
     const QDateTime start = edit->dateTime();
-    for (auto _ : kel::bench::measured(state)) {
-        kel::bench::pause(state);
+    const auto reset = [&] {
         edit->setDateTime(start);
         edit->setCurrentSection(section);
-        kel::bench::resume(state);
-        if (byKey) {
-            kel::bench::pressKey(edit, Qt::Key_Up, upSteps());
-        } else {
+    };
+    if (byKey) {
+        bench::pressing(state, edit, Qt::Key_Up, upSteps(), reset);
+    } else {
+        for (auto _ : kel::bench::measured(state)) {
+            kel::bench::pause(state);
+            reset();
+            kel::bench::resume(state);
             for (int i = 0; i < upSteps(); ++i)
                 edit->stepBy(1);
         }

@@ -48,16 +48,7 @@ int upSteps() { return RUNNING_ON_VALGRIND ? Repeats / 10 : Repeats; }
 void KelNumber_UpKey(benchmark::State &state)
 {
     NumberForm form;
-    form.text1->setFocus(Qt::OtherFocusReason);
-    QApplication::processEvents();
-    if (!form.text1->hasFocus())
-        state.SkipWithError("no focus");
-    for (auto _ : kel::bench::measured(state)) {
-        kel::bench::pause(state);
-        form.number->setValue(0.0);
-        kel::bench::resume(state);
-        kel::bench::pressKey(form.text1, Qt::Key_Up, upSteps());
-    }
+    bench::pressing(state, form.text1, Qt::Key_Up, upSteps(), [&] { form.number->setValue(0.0); });
     if (form.number->Value().toDouble() != upSteps())
         state.SkipWithError("the field did not step");
 }
@@ -66,16 +57,7 @@ void KelNumber_UpKey(benchmark::State &state)
 void QDoubleSpinBox_UpKey(benchmark::State &state)
 {
     SpinForm form;
-    form.spin->setFocus(Qt::OtherFocusReason);
-    QApplication::processEvents();
-    if (!form.spin->hasFocus())
-        state.SkipWithError("no focus");
-    for (auto _ : kel::bench::measured(state)) {
-        kel::bench::pause(state);
-        form.spin->setValue(0.0);
-        kel::bench::resume(state);
-        kel::bench::pressKey(form.spin, Qt::Key_Up, upSteps());
-    }
+    bench::pressing(state, form.spin, Qt::Key_Up, upSteps(), [&] { form.spin->setValue(0.0); });
     if (form.spin->value() != upSteps())
         state.SkipWithError("the spin box did not step");
 }

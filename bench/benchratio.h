@@ -113,14 +113,25 @@ inline void typeKeys(QWidget *w, QStringView keys)
     }
 }
 
-// `times` presses and releases of `key` (Up, Down: keys that type nothing).
-inline void pressKey(QWidget *w, Qt::Key key, int times)
+// `times` presses and releases of `key` (Up, Down: keys that type nothing) in the focused `w` in
+// every iteration, after `reset` (not measured).
+template<class Reset>
+void pressing(benchmark::State &state, QWidget *w, Qt::Key key, int times, Reset reset)
 {
-    for (int i = 0; i < times; ++i) {
-        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-        QApplication::sendEvent(w, &press);
-        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
-        QApplication::sendEvent(w, &release);
+    w->setFocus(Qt::OtherFocusReason);
+    QApplication::processEvents();
+    if (!w->hasFocus())
+        state.SkipWithError("no focus");
+    for (auto _ : measured(state)) {
+        pause(state);
+        reset();
+        resume(state);
+        for (int i = 0; i < times; ++i) {
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+            QApplication::sendEvent(w, &press);
+            QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
+            QApplication::sendEvent(w, &release);
+        }
     }
 }
 
