@@ -96,14 +96,13 @@ bool SpinField::invalid(bool showMessage, const QString &message, const QString 
     return false;
 }
 
-bool SpinField::showText(const QString &text, int caret)
+void SpinField::showText(const QString &text, int caret)
 {
     if (Text1->Text() == text)
-        return false;
+        return;
     const bool outer = std::exchange(m_writingText, true);
     Text1->setText(text, caret);
     m_writingText = outer;
-    return true;
 }
 
 void SpinField::spinnerChanged()
