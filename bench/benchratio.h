@@ -126,6 +126,28 @@ inline void typeKeys(QWidget *w, QStringView keys)
     }
 }
 
+// `times` presses and releases of `key` (Up, Down: keys that type nothing) in the focused `w` in
+// every iteration, after `reset` (not measured).
+template<class Reset>
+void pressing(benchmark::State &state, QWidget *w, Qt::Key key, int times, Reset reset)
+{
+    w->setFocus(Qt::OtherFocusReason);
+    QApplication::processEvents();
+    if (!w->hasFocus())
+        state.SkipWithError("no focus");
+    for (auto _ : measured(state)) {
+        pause(state);
+        reset();
+        resume(state);
+        for (int i = 0; i < times; ++i) {
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+            QApplication::sendEvent(w, &press);
+            QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
+            QApplication::sendEvent(w, &release);
+        }
+    }
+}
+
 // Typing `keys` into `w` in every iteration, after `reset` (not measured) has emptied the field.
 template<class Reset>
 void typing(benchmark::State &state, QWidget *w, QStringView keys, Reset reset)

@@ -96,12 +96,12 @@ bool SpinField::invalid(bool showMessage, const QString &message, const QString 
     return false;
 }
 
-void SpinField::showText(const QString &text)
+void SpinField::showText(const QString &text, int caret)
 {
     if (Text1->Text() == text)
         return;
     const bool outer = std::exchange(m_writingText, true);
-    Text1->setText(text);
+    Text1->setText(text, caret);
     m_writingText = outer;
 }
 

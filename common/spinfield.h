@@ -56,8 +56,9 @@ protected:
     void overwriteNext();
     // Valid's refusal: with showMessage, an information box and the focus back in the box.
     bool invalid(bool showMessage, const QString &message, const QString &title);
-    // Writes the box without marking the text as typed; an unchanged text keeps the caret.
-    void showText(const QString &text);
+    // Writes the box without marking the text as typed, the caret at `caret`; an unchanged text
+    // keeps the caret.
+    void showText(const QString &text, int caret = 0);
 
     bool m_upDown = false;
     bool m_textDirty = false;

@@ -349,13 +349,21 @@ void TextBox::emitIfChanged()
     emit Change();
 }
 
-void TextBox::setText(const QString &text)
+void TextBox::setText(const QString &text) { setText(text, 0); }
+
+void TextBox::setText(const QString &text, int caret)
 {
     if (m_line) {
         m_settingByCode = true;
         m_line->setText(text);
         m_settingByCode = false;
-        m_line->setCursorPosition(0); // as a classic box leaves it after a text set, like the multi-line kind
+        // A classic box leaves the caret at 0 after a text set, like the multi-line kind.
+        m_line->setCursorPosition(qBound(0, caret, int(text.size())));
+        return;
+    }
+    if (caret != 0) {
+        setText(text);
+        setSelStart(caret);
         return;
     }
     if (text == Text())
@@ -468,7 +476,9 @@ void TextBox::setSelStart(int start)
     start = qBound(0, start, length);
     if (m_line) {
         m_line->setCursorPosition(start);
-        m_line->deselect();
+        // With nothing selected deselect() only tells the input method again where the caret is.
+        if (m_line->hasSelectedText())
+            m_line->deselect();
         return;
     }
     QTextCursor c = m_multi->textCursor();

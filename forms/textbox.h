@@ -23,6 +23,8 @@ public:
 
     QString Text() const override;
     void setText(const QString &text) override;
+    // The same with the caret left at `caret` (setText leaves it at 0): one move of the caret, not two.
+    void setText(const QString &text, int caret);
     int SelStart() const override;
     void setSelStart(int start) override;
     int SelLength() const override;

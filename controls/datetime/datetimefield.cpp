@@ -6,6 +6,7 @@
 #include "platform/services.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace kel {
@@ -233,7 +234,13 @@ FieldControl::LayoutRules DateTimeField::layoutRules() const
 QString DateTimeField::formatted(double serial) const
 {
     // The run-time object's region, so that what the field shows parses back.
-    return FormatDate(serial, m_format, regionalLocale());
+    const QLocale region = regionalLocale();
+    // A step formats the value it reads back from the box, most often the one it showed last.
+    const auto bits = std::bit_cast<quint64>(serial);
+    LastFormatted &last = m_lastFormatted;
+    if (last.text.isNull() || last.serial != bits || last.format != m_format || last.region != region)
+        last = {bits, m_format, region, FormatDate(serial, m_format, region)};
+    return last.text;
 }
 
 double DateTimeField::clamped(double v) const
@@ -293,7 +300,7 @@ void DateTimeField::formatChanged()
 void DateTimeField::finishStep(double value, const QString &shown, int caret, bool noValue, bool focus)
 {
     m_value = Date{value};
-    showText(shown);
+    showText(shown, caret);
     notifyValue();
     if (focus)
         Text1->SetFocus();

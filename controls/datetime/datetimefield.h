@@ -7,6 +7,7 @@
 #include "../../platform/variant.h"
 
 #include <QDateTime>
+#include <QLocale>
 #include <optional>
 
 namespace kel {
@@ -167,6 +168,13 @@ protected:
     Variant m_valueSaved;
 
 private:
+    struct LastFormatted {
+        quint64 serial = 0; // the bits, so that -0 and 0 stay apart
+        QString format;
+        QLocale region;
+        QString text; // null: nothing kept
+    };
+    mutable LastFormatted m_lastFormatted;
     PropertyWatch m_valueWatch;
     bool changedFrom(const Variant &reference);
     void gotFocus();

@@ -145,7 +145,7 @@ void KelDate::step(int direction)
     const QString text = Text1->Text();
     const std::optional<double> parsed = parse(text);
     const bool noValue = !parsed;
-    double base = parsed.value_or(today());
+    double base = parsed ? *parsed : today();
     const bool dayPinned = m_daysFlag == FirstDay || m_daysFlag == LastDay;
     int part = 1;
     if (m_daysFlag == FirstDay) {

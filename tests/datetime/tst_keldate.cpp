@@ -95,6 +95,23 @@ private slots:
         QCOMPARE(QApplication::focusWidget(), text1(d));
     }
 
+    // A run-time object of another region shows the same date in its words, set again or stepped.
+    void regionOfANewRuntime()
+    {
+        d->setFormat(u"d mmmm yyyy"_qs);
+        d->setValue(Date{serial(2013, 3, 15)});
+        QCOMPARE(text1(d)->text(), u"15 March 2013"_qs);
+        useRuntime(24, 2, QLocale(QLocale::German, QLocale::Germany));
+        d->setValue(Date{serial(2013, 3, 15)});
+        QCOMPARE(text1(d)->text(), u"15 M\u00e4rz 2013"_qs);
+        enter(d);
+        text1(d)->selectAll();
+        play(d, u"U"_qs);
+        QCOMPARE(text1(d)->text(), u"16 M\u00e4rz 2013"_qs);
+        QCOMPARE(text1(d)->selectedText(), QString()); // the step leaves a caret, after the day
+        QCOMPARE(text1(d)->cursorPosition(), 2);
+    }
+
     // The spinner repeats while held and stops on release; screen readers can step it too.
     void spinnerRepeatsAndSpeaks()
     {

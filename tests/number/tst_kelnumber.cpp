@@ -233,6 +233,7 @@ private slots:
         QCOMPARE(change.count(), c.changes);
         if (c.shown)
             QCOMPARE(text1(n)->text(), str(c.shown));
+        QCOMPARE(text1(n)->cursorPosition(), 0); // a stepped text is written whole, the caret at its start
         for (QWidget *w : {static_cast<QWidget *>(text1(n)), n->UpDown1->widget()}) { // the wheel never steps
             QWheelEvent wheel({3, 3}, w->mapToGlobal(QPointF(3, 3)), {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
             QApplication::sendEvent(w, &wheel);
