@@ -7,10 +7,21 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <tuple>
 
 namespace kel {
+
+namespace {
+struct ColourRolePair {
+    int bit;
+    QPalette::ColorRole back, fore;
+};
+constexpr ColourRolePair colourRolePairs[] = {{Child::WindowRoles, QPalette::Window, QPalette::WindowText},
+                                              {Child::BaseRoles, QPalette::Base, QPalette::Text}};
+} // namespace
 
 int virtualKeyCode(const QKeyEvent *e)
 {
@@ -178,15 +189,19 @@ namespace {
 // A form colours hundreds of widgets with the same few pairs: each palette is built once and
 // shared (QPalette is implicitly shared). Only the roles set here are marked, so whatever else a
 // widget inherits from its form still comes through.
-QPalette colouredPalette(const QPalette &base, const QColor &back, const QColor &fore)
+QPalette colouredPalette(const QPalette &base, const QColor &back, const QColor &fore, int roles)
 {
     struct Key {
         qint64 base;
         QRgb back, fore;
-        bool operator<(const Key &o) const { return std::tie(base, back, fore) < std::tie(o.base, o.back, o.fore); }
+        int roles;
+        bool operator<(const Key &o) const
+        {
+            return std::tie(base, back, fore, roles) < std::tie(o.base, o.back, o.fore, o.roles);
+        }
     };
     static std::map<Key, QPalette> built;
-    const Key key{base.cacheKey(), back.rgba(), fore.rgba()};
+    const Key key{base.cacheKey(), back.rgba(), fore.rgba(), roles};
     if (const auto it = built.find(key); it != built.end())
         return it->second;
     if (built.size() > 64)
@@ -194,11 +209,12 @@ QPalette colouredPalette(const QPalette &base, const QColor &back, const QColor 
     QPalette p = base;
     p.setResolveMask(0);
     for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-        p.setColor(group, QPalette::Base, back);
-        p.setColor(group, QPalette::Window, back);
-        if (group != QPalette::Disabled) {
-            p.setColor(group, QPalette::Text, fore);
-            p.setColor(group, QPalette::WindowText, fore);
+        for (const ColourRolePair &pair : colourRolePairs) {
+            if (!(roles & pair.bit))
+                continue;
+            p.setColor(group, pair.back, back);
+            if (group != QPalette::Disabled)
+                p.setColor(group, pair.fore, fore);
         }
     }
     return built.emplace(key, p).first->second;
@@ -209,17 +225,36 @@ void Child::applyColours()
 {
     if (!m_widget)
         return;
+    const int roles = colourRoles();
+    const QPalette &now = m_widget->palette();
+    if (roles & SystemColoursByRole) {
+        const QPalette::ColorRole back = systemColourRole(m_back), fore = systemColourRole(m_fore);
+        const bool byRole = back != QPalette::NoRole && fore != QPalette::NoRole;
+        // Each role change re-sends the widget a palette change, which comes back here.
+        if (m_widget->backgroundRole() != (byRole ? back : QPalette::Window))
+            m_widget->setBackgroundRole(byRole ? back : QPalette::Window);
+        if (m_widget->foregroundRole() != (byRole ? fore : QPalette::WindowText))
+            m_widget->setForegroundRole(byRole ? fore : QPalette::WindowText);
+        if (byRole) {
+            if (m_widget->testAttribute(Qt::WA_SetPalette) && now.cacheKey() == m_ourPalette)
+                m_widget->setPalette(QPalette());
+            return;
+        }
+    }
     const QPalette base = QApplication::palette(m_widget);
     const QColor back = toQColor(m_back, base), fore = toQColor(m_fore, base);
-    const QPalette &now = m_widget->palette();
-    // setPalette re-polishes the widget; skip it when nothing would change.
-    if (now.color(QPalette::Active, QPalette::Base) == back && now.color(QPalette::Active, QPalette::Text) == fore
-        && now.color(QPalette::Active, QPalette::Window) == back && now.color(QPalette::Active, QPalette::WindowText) == fore)
+    // setPalette re-polishes the widget and gives it a palette of its own; skip it when the widget
+    // already shows these colours.
+    const bool shown = std::all_of(std::begin(colourRolePairs), std::end(colourRolePairs), [&](const auto &pair) {
+        return !(roles & pair.bit)
+                || (now.color(QPalette::Active, pair.back) == back && now.color(QPalette::Active, pair.fore) == fore);
+    });
+    if (shown)
         return;
+    const QPalette ours = colouredPalette(base, back, fore, roles);
     if (m_widget->testAttribute(Qt::WA_SetPalette) && now.cacheKey() != m_ourPalette) {
         // A palette someone else gave the widget keeps its other roles.
         QPalette p = now;
-        const QPalette ours = colouredPalette(base, back, fore);
         for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
             for (auto role : {QPalette::Base, QPalette::Window, QPalette::Text, QPalette::WindowText})
                 if (ours.isBrushSet(group, role))
@@ -227,7 +262,7 @@ void Child::applyColours()
         m_widget->setPalette(p);
         return;
     }
-    m_widget->setPalette(colouredPalette(base, back, fore));
+    m_widget->setPalette(ours);
     m_ourPalette = m_widget->palette().cacheKey();
 }
 
@@ -334,6 +369,10 @@ bool Child::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::KeyPress:
         return handleKey(static_cast<QKeyEvent *>(event));
+    case QEvent::PaletteChange:
+        // The form's palette changed: a colour the widget showed by inheriting it may be gone.
+        applyColours();
+        return false;
     case QEvent::FocusIn: {
         const auto *fe = static_cast<QFocusEvent *>(event);
         // The widget settles its own selection first, so our handlers have the last word.

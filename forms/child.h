@@ -32,6 +32,12 @@ public:
     Child(QWidget *widget, UserControl *owner, const QString &objectName);
     ~Child() override;
 
+    // Which pair of palette roles carries the colours: background and text of a plain widget
+    // (Window, WindowText) or of an editing one (Base, Text). A widget that paints with its own
+    // background and foreground roles (a label) can show two system colours by pointing those
+    // roles at them, with no palette of its own.
+    enum ColourRoles { WindowRoles = 1, BaseRoles = 2, SystemColoursByRole = 4 };
+
     QWidget *widget() const { return m_widget; }
     UserControl *owner() const { return m_owner; }
 
@@ -91,6 +97,9 @@ protected:
     virtual bool eatsKey(int /*keyCode*/, int /*shift*/) { return false; }
     // Types `code` in place of the key the user pressed.
     virtual void typeCharacter(int code, const QKeyEvent *original);
+    // The palette roles BackColor and ForeColor go to: those the widget paints with. The others
+    // stay natural, so a widget in its natural colours needs no palette of its own.
+    virtual int colourRoles() const { return WindowRoles | BaseRoles; }
     void applyColours();
 
 private:
@@ -123,6 +132,9 @@ public:
     virtual void setSelLength(int length) = 0;
     virtual QString SelText() const = 0;
     virtual void setSelText(const QString &text) = 0;
+
+protected:
+    int colourRoles() const override { return BaseRoles; }
 };
 
 } // namespace kel
