@@ -241,7 +241,10 @@ void Child::applyColours()
             return;
         }
     }
-    const QPalette base = QApplication::palette(m_widget);
+    // System colours are the form's where its host gave it a palette, as a caption's are.
+    const QWidget *parent = m_widget->parentWidget();
+    const QPalette base = parent && !parent->palette().isCopyOf(QApplication::palette(parent)) ? parent->palette()
+                                                                                              : QApplication::palette(m_widget);
     const QColor back = toQColor(m_back, base), fore = toQColor(m_fore, base);
     // setPalette re-polishes the widget and gives it a palette of its own; skip it when the widget
     // already shows these colours.

@@ -205,6 +205,38 @@ private slots:
         QCOMPARE(f.first->Text1(0)->BackColor(), s.FieldBackNormal);
     }
 
+    // What the field and its caption are painted in, also after the host gives its form a palette:
+    // a colour of our own stays, a system colour is the form's.
+    void paintedColours()
+    {
+        const LibrarySettings &s = librarySettings();
+        Form f;
+        QVERIFY(f.ready());
+        QWidget *box = field(f.first), *caption = f.first->Label1->widget();
+        const auto back = [](QWidget *w) { return w->palette().color(w->backgroundRole()); };
+        const auto fore = [](QWidget *w) { return w->palette().color(w->foregroundRole()); };
+        const QPalette app = QApplication::palette();
+        f.first->setMandatory(true);
+        QCOMPARE(back(box), toQColor(s.FieldBackFocus, app));
+        QCOMPARE(fore(caption), app.color(QPalette::Highlight));
+        field(f.second)->setFocus(Qt::TabFocusReason);
+        QCOMPARE(back(box), toQColor(s.FieldBackNormal, app));
+        QPalette host = app;
+        host.setColor(QPalette::Base, Qt::darkBlue);
+        host.setColor(QPalette::Highlight, Qt::red);
+        host.setColor(QPalette::Text, Qt::yellow);
+        f.window.setPalette(host);
+        QCOMPARE(back(box), toQColor(s.FieldBackNormal, app));
+        QCOMPARE(fore(box), QColor(Qt::yellow));
+        QCOMPARE(fore(caption), QColor(Qt::red));
+        f.first->setMandatory(false);
+        QCOMPARE(fore(caption), QColor(Qt::yellow));
+        f.first->Label1->setForeColor(0x000000FF);
+        QCOMPARE(fore(caption), QColor(Qt::red));
+        f.first->setEnabled(false);
+        QCOMPARE(back(box), toQColor(s.FieldBackLocked, app));
+    }
+
     void lowColourDepthOddity()
     {
         test::useRuntime(8);
