@@ -114,8 +114,8 @@ Child::Child(QWidget *widget, UserControl *owner, const QString &objectName)
     : QObject(owner), m_widget(widget), m_owner(owner), m_back(0x80000005), m_fore(0x80000008)
 {
     widget->setParent(owner);
+    // Only the widget is named: a name costs each object an allocation, and a form holds hundreds.
     widget->setObjectName(objectName);
-    setObjectName(objectName);
     widget->installEventFilter(this);
 }
 

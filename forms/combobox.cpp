@@ -233,7 +233,6 @@ ComboBox::ComboBox(UserControl *owner, const QString &objectName)
     m_combo->setMinimumContentsLength(1);
     m_combo->setMaxVisibleItems(12);
     m_edit->setMaxLength(std::numeric_limits<int>::max());
-    m_edit->setValidator(new LengthValidator(m_edit, &m_maxLength, &m_settingByCode));
     connect(m_edit, &QLineEdit::textChanged, this, &ComboBox::followText);
     // Only edits raise Change; a pick from the list raises Click.
     connect(m_edit, &QLineEdit::textEdited, this, [this](const QString &text) {
@@ -392,7 +391,11 @@ int ComboBox::FindString(QStringView prefix) const
     return m_index.find(prefix);
 }
 
-void ComboBox::setMaxLength(int length) { m_maxLength = qMax(0, length); }
+void ComboBox::setMaxLength(int length)
+{
+    m_maxLength = qMax(0, length);
+    LengthValidator::limit(m_edit, &m_maxLength, &m_settingByCode);
+}
 
 void ComboBox::setDroppedWidth(int pixels)
 {

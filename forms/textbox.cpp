@@ -313,7 +313,6 @@ TextBox::TextBox(Kind kind, UserControl *owner, const QString &objectName)
         m_line = static_cast<QLineEdit *>(widget());
         useCachedPanel(m_line);
         m_line->setMaxLength(std::numeric_limits<int>::max());
-        m_line->setValidator(new LengthValidator(m_line, &m_maxLength, &m_settingByCode));
         connect(m_line, &QLineEdit::textChanged, this, &TextBox::Change);
     } else {
         m_multi = static_cast<MultiLineEdit *>(widget());
@@ -538,6 +537,8 @@ void TextBox::setLocked(bool locked)
 void TextBox::setMaxLength(int length)
 {
     m_maxLength = qMax(0, length);
+    if (m_line)
+        LengthValidator::limit(m_line, &m_maxLength, &m_settingByCode);
 }
 
 void TextBox::setPasswordChar(const QString &c)
