@@ -119,10 +119,66 @@ Child::Child(QWidget *widget, UserControl *owner, const QString &objectName)
     widget->installEventFilter(this);
 }
 
-Child::~Child() = default;
+// Whether a child outlived what a handler did meanwhile: cheaper than a QPointer on a path that
+// runs for every keystroke and every pair of a trim.
+class Child::Alive
+{
+public:
+// GCC cannot see that the destructor takes the address back whenever the child lives on.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdangling-pointer"
+#endif
+    explicit Alive(Child *c) : m_child(c), m_outer(c->m_gone) { c->m_gone = &m_gone; }
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
+    ~Alive()
+    {
+        if (!m_gone)
+            m_child->m_gone = m_outer;
+        else if (m_outer)
+            *m_outer = true;
+    }
+    Alive(const Alive &) = delete;
+    Alive &operator=(const Alive &) = delete;
+    explicit operator bool() const { return !m_gone; }
+
+private:
+    Child *m_child;
+    bool *m_outer;
+    bool m_gone = false;
+};
+
+Child::~Child()
+{
+    if (m_gone)
+        *m_gone = true;
+}
+
+bool Child::raiseChange()
+{
+    Alive alive(this);
+    if (!m_detached)
+        m_owner->onChildChange(this);
+    if (alive)
+        emit Change();
+    return bool(alive);
+}
+
+bool Child::raiseClick()
+{
+    Alive alive(this);
+    if (!m_detached)
+        m_owner->onChildClick(this);
+    if (alive)
+        emit Click();
+    return bool(alive);
+}
 
 void Child::detach()
 {
+    m_detached = true;
     if (m_widget)
         m_widget->removeEventFilter(this);
     if (logicalFocus() == this)
@@ -138,9 +194,11 @@ void Child::gainLogicalFocus(Qt::FocusReason reason)
     logicalFocus() = this;
     m_logicalFocus = true;
     m_focusReason = reason;
-    QPointer<Child> self(this);
+    Alive alive(this);
     m_owner->childFocusIn();
-    if (self)
+    if (alive && !m_detached)
+        m_owner->onChildGotFocus(this);
+    if (alive)
         emit GotFocus();
 }
 
@@ -151,9 +209,13 @@ void Child::loseLogicalFocus()
     m_logicalFocus = false;
     if (logicalFocus() == this)
         logicalFocus() = nullptr;
-    QPointer<Child> self(this);
-    emit LostFocus();
-    if (self)
+    Alive alive(this);
+    focusLeft();
+    if (alive && !m_detached)
+        m_owner->onChildLostFocus(this);
+    if (alive)
+        emit LostFocus();
+    if (alive)
         m_owner->childFocusOut();
 }
 
@@ -346,8 +408,12 @@ bool Child::handleKey(QKeyEvent *e)
         const Qt::KeyboardModifiers m = e->modifiers();
         const int shift = (m & Qt::ShiftModifier ? ShiftKey : 0) | (m & Qt::ControlModifier ? CtrlKey : 0)
                 | (m & Qt::AltModifier ? AltKey : 0);
-        emit KeyDown(code, shift);
-        if (code == 0 || !m_widget)
+        Alive alive(this);
+        if (!m_detached)
+            m_owner->onChildKeyDown(this, code, shift);
+        if (alive)
+            emit KeyDown(code, shift);
+        if (!alive || code == 0 || !m_widget)
             return true;
         if (eatsKey(code, shift))
             return true;
@@ -356,8 +422,12 @@ bool Child::handleKey(QKeyEvent *e)
     if (ascii < 0)
         return false;
     const int typed = ascii;
-    emit KeyPress(ascii);
-    if (ascii == 0 || !m_widget)
+    Alive alive(this);
+    if (!m_detached)
+        m_owner->onChildKeyPress(this, ascii);
+    if (alive)
+        emit KeyPress(ascii);
+    if (!alive || ascii == 0 || !m_widget)
         return true;
     if (ascii == typed)
         return false;
@@ -400,19 +470,23 @@ bool Child::eventFilter(QObject *watched, QEvent *event)
                 | (m & Qt::AltModifier ? AltKey : 0);
         const int button = me->button() == Qt::LeftButton ? 1 : me->button() == Qt::RightButton ? 2 : 4;
         m_pressedInside = true;
-        emit MouseDown(button, shift, me->position().x() * twipsPerPixelX(), me->position().y() * twipsPerPixelY());
-        return false;
+        const double x = me->position().x() * twipsPerPixelX(), y = me->position().y() * twipsPerPixelY();
+        Alive alive(this);
+        if (!m_detached)
+            m_owner->onChildMouseDown(this, button, shift, x, y);
+        if (alive)
+            emit MouseDown(button, shift, x, y);
+        return !alive; // a deleted widget takes no press
     }
     case QEvent::MouseButtonRelease: {
         const auto *me = static_cast<QMouseEvent *>(event);
         if (m_pressedInside && me->button() == Qt::LeftButton && m_widget->rect().contains(me->position().toPoint())) {
             m_pressedInside = false;
-            QPointer<Child> self(this);
-            QPointer<QWidget> w(m_widget);
+            Alive alive(this);
             // Let the widget finish the click before the handler sees it.
-            static_cast<QObject *>(w.data())->event(event);
-            if (self)
-                emit Click();
+            static_cast<QObject *>(m_widget.data())->event(event);
+            if (alive)
+                raiseClick();
             return true;
         }
         m_pressedInside = false;

@@ -89,6 +89,13 @@ signals:
     void Change();
 
 protected:
+    // Raise an event: the owner's handler first, then the signal's. False when a handler deleted
+    // this child, which must then touch nothing of its own.
+    bool raiseChange();
+    bool raiseClick();
+    // Left by the focus, before the owner's handler and the signal's.
+    virtual void focusLeft() {}
+
     bool eventFilter(QObject *watched, QEvent *event) override;
     // Around the widget's own focus-in handling (which may select text by itself).
     virtual void beforeWidgetFocusIn() {}
@@ -103,6 +110,7 @@ protected:
     void applyColours();
 
 private:
+    class Alive;
     bool handleKey(QKeyEvent *e);
     void gainLogicalFocus(Qt::FocusReason reason);
     void loseLogicalFocus();
@@ -113,6 +121,8 @@ private:
     quint32 m_back, m_fore;
     bool m_logicalFocus = false;
     qint64 m_ourPalette = 0; // the widget's palette as applyColours last left it
+    bool *m_gone = nullptr; // the innermost Alive watching this child
+    bool m_detached = false; // the owner is going away: its handlers may no longer run
     bool m_retyping = false;
     bool m_pressedInside = false;
     Qt::FocusReason m_focusReason = Qt::OtherFocusReason;

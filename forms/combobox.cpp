@@ -239,11 +239,9 @@ ComboBox::ComboBox(UserControl *owner, const QString &objectName)
         // textEdited comes before textChanged: a handler must not see the item of the old text.
         followText(text);
         if (!m_quiet)
-            emit Change();
+            raiseChange();
     });
     connect(m_combo, qOverload<int>(&QComboBox::activated), this, &ComboBox::picked);
-    // A field left while its list is open (the focus moved by code) closes the list.
-    connect(this, &Child::LostFocus, this, [this] { ShowDropDown(false); });
     applyColours();
 }
 
@@ -449,7 +447,7 @@ void ComboBox::picked(int index)
         m_settingByCode = false;
     }
     m_edit->selectAll();
-    emit Click();
+    raiseClick();
 }
 
 bool ComboBox::eatsKey(int keyCode, int shift)

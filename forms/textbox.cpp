@@ -313,7 +313,7 @@ TextBox::TextBox(Kind kind, UserControl *owner, const QString &objectName)
         m_line = static_cast<QLineEdit *>(widget());
         useCachedPanel(m_line);
         m_line->setMaxLength(std::numeric_limits<int>::max());
-        connect(m_line, &QLineEdit::textChanged, this, &TextBox::Change);
+        connect(m_line, &QLineEdit::textChanged, this, &TextBox::raiseChange);
     } else {
         m_multi = static_cast<MultiLineEdit *>(widget());
         m_multi->m_box = this;
@@ -345,7 +345,7 @@ void TextBox::emitIfChanged()
     if (now == m_lastText)
         return;
     m_lastText = now;
-    emit Change();
+    raiseChange();
 }
 
 void TextBox::setText(const QString &text)
@@ -428,7 +428,8 @@ bool TextBox::chopLineBreaks()
     m_replayingChop = true;
     for (qsizetype i = 0; i < pairs && m_replayingChop; ++i) {
         m_lastText.chop(2);
-        emit Change();
+        if (!raiseChange())
+            return false; // a handler deleted the box
     }
     if (m_replayingChop) {
         m_replayingChop = false;

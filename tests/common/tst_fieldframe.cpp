@@ -5,6 +5,8 @@
 #include "kelfixture.h"
 #include "library/kelcontrolhandler.h"
 
+#include <QLineEdit>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -319,6 +321,69 @@ private slots:
         t.setExtenderToolTipText(u"From the host"_qs);
         t.show();
         QCOMPARE(t.Text1(0)->ToolTipText(), u"From the host"_qs);
+    }
+
+    // A host's handler may delete the control at once on a key or a click, and when the focus has
+    // left it: nothing of ours may run on afterwards, and the form goes on working. (Change and
+    // GotFocus come from inside the widget's own handling: there, as with any Qt widget, only
+    // deleteLater is safe.)
+    void handlerDeletesControl_data()
+    {
+        QTest::addColumn<QString>("event");
+        QTest::addColumn<bool>("number");
+        for (const char *event : {"KeyDown", "KeyPress", "LostFocus", "MouseDown", "Click"})
+            for (const bool number : {false, true})
+                QTest::addRow("%s %s", event, number ? "number" : "text") << QString::fromLatin1(event) << number;
+    }
+
+    void handlerDeletesControl()
+    {
+        QFETCH(QString, event);
+        QFETCH(bool, number);
+        QWidget window;
+        auto *other = new QLineEdit(&window);
+        other->setGeometry(0, 40, 100, 20);
+        QPointer<UserControl> control;
+        Child *box;
+        if (number) {
+            auto *n = new KelNumber(&window);
+            box = n->Text1;
+            control = n;
+        } else {
+            auto *t = new KelText(&window);
+            box = t->Text1(0);
+            control = t;
+        }
+        control->setGeometry(0, 0, 300, 20);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QWidget *w = box->widget();
+        if (event == u"LostFocus")
+            w->setFocus(Qt::TabFocusReason);
+        const auto kill = [&] { delete control.data(); };
+        if (event == u"KeyDown")
+            connect(box, &Child::KeyDown, box, kill);
+        else if (event == u"KeyPress")
+            connect(box, &Child::KeyPress, box, kill);
+        else if (event == u"LostFocus")
+            connect(box, &Child::LostFocus, box, kill);
+        else if (event == u"MouseDown")
+            connect(box, &Child::MouseDown, box, kill);
+        else
+            connect(box, &Child::Click, box, kill);
+        if (event == u"LostFocus")
+            other->setFocus(Qt::TabFocusReason);
+        else if (event == u"MouseDown")
+            QTest::mousePress(w, Qt::LeftButton, {}, QPoint(5, 5));
+        else if (event == u"Click")
+            QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(5, 5));
+        else
+            QTest::keyClick(w, Qt::Key_5);
+        QVERIFY(!control);
+        other->setFocus(Qt::TabFocusReason);
+        QTest::keyClicks(other, u"ok"_qs);
+        QCOMPARE(other->text(), u"ok"_qs);
     }
 };
 
