@@ -12,15 +12,17 @@ SpinField::SpinField(QWidget *parent)
       Text1(new TextBox(TextBox::Kind::SingleLine, this, QStringLiteral("Text1"))),
       UpDown1(new kel::UpDown(this, QStringLiteral("UpDown1")))
 {
+    setFocusProxy(Text1->widget());
+}
+
+void SpinField::onChildChange(Child *child)
+{
+    if (child == UpDown1)
+        spinnerChanged();
     // Any edit the field did not make itself (typing, a paste or drop, an input method) leaves
     // the text to be read before the value is trusted.
-    connect(Text1, &Child::Change, this, [this] {
-        if (!m_writingText)
-            m_textDirty = true;
-    });
-    connect(Text1, &Child::KeyDown, this, [this](int &code, int) { keyDown(code); });
-    connect(UpDown1, &Child::Change, this, &SpinField::spinnerChanged);
-    setFocusProxy(Text1->widget());
+    else if (!m_writingText)
+        m_textDirty = true;
 }
 
 IKelRuntime &heldRuntime()

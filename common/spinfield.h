@@ -49,6 +49,8 @@ protected:
     void layoutStrip(double left, double width) override;
 
     virtual void keyDown(int &keyCode);
+    void onChildKeyDown(Child *, int &keyCode, int) override { keyDown(keyCode); }
+    void onChildChange(Child *child) override;
     // Backspace, Escape and other control characters pass; Enter is swallowed and moves on.
     // True when the character needs nothing more.
     bool passesOrMovesOn(int &keyAscii);

@@ -59,7 +59,7 @@ CheckBox::CheckBox(UserControl *owner, const QString &objectName)
             return;
         }
         m_state = Value();
-        emit Click();
+        raiseClick();
     });
 }
 

@@ -7,10 +7,21 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <tuple>
 
 namespace kel {
+
+namespace {
+struct ColourRolePair {
+    int bit;
+    QPalette::ColorRole back, fore;
+};
+constexpr ColourRolePair colourRolePairs[] = {{Child::WindowRoles, QPalette::Window, QPalette::WindowText},
+                                              {Child::BaseRoles, QPalette::Base, QPalette::Text}};
+} // namespace
 
 int virtualKeyCode(const QKeyEvent *e)
 {
@@ -103,15 +114,71 @@ Child::Child(QWidget *widget, UserControl *owner, const QString &objectName)
     : QObject(owner), m_widget(widget), m_owner(owner), m_back(0x80000005), m_fore(0x80000008)
 {
     widget->setParent(owner);
+    // Only the widget is named: a name costs each object an allocation, and a form holds hundreds.
     widget->setObjectName(objectName);
-    setObjectName(objectName);
     widget->installEventFilter(this);
 }
 
-Child::~Child() = default;
+// Whether a child outlived what a handler did meanwhile: cheaper than a QPointer on a path that
+// runs for every keystroke and every pair of a trim.
+class Child::Alive
+{
+public:
+// GCC cannot see that the destructor takes the address back whenever the child lives on.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdangling-pointer"
+#endif
+    explicit Alive(Child *c) : m_child(c), m_outer(c->m_gone) { c->m_gone = &m_gone; }
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
+    ~Alive()
+    {
+        if (!m_gone)
+            m_child->m_gone = m_outer;
+        else if (m_outer)
+            *m_outer = true;
+    }
+    Alive(const Alive &) = delete;
+    Alive &operator=(const Alive &) = delete;
+    explicit operator bool() const { return !m_gone; }
+
+private:
+    Child *m_child;
+    bool *m_outer;
+    bool m_gone = false;
+};
+
+Child::~Child()
+{
+    if (m_gone)
+        *m_gone = true;
+}
+
+bool Child::raiseChange()
+{
+    Alive alive(this);
+    if (!m_detached)
+        m_owner->onChildChange(this);
+    if (alive)
+        emit Change();
+    return bool(alive);
+}
+
+bool Child::raiseClick()
+{
+    Alive alive(this);
+    if (!m_detached)
+        m_owner->onChildClick(this);
+    if (alive)
+        emit Click();
+    return bool(alive);
+}
 
 void Child::detach()
 {
+    m_detached = true;
     if (m_widget)
         m_widget->removeEventFilter(this);
     if (logicalFocus() == this)
@@ -127,9 +194,11 @@ void Child::gainLogicalFocus(Qt::FocusReason reason)
     logicalFocus() = this;
     m_logicalFocus = true;
     m_focusReason = reason;
-    QPointer<Child> self(this);
+    Alive alive(this);
     m_owner->childFocusIn();
-    if (self)
+    if (alive && !m_detached)
+        m_owner->onChildGotFocus(this);
+    if (alive)
         emit GotFocus();
 }
 
@@ -140,9 +209,13 @@ void Child::loseLogicalFocus()
     m_logicalFocus = false;
     if (logicalFocus() == this)
         logicalFocus() = nullptr;
-    QPointer<Child> self(this);
-    emit LostFocus();
-    if (self)
+    Alive alive(this);
+    focusLeft();
+    if (alive && !m_detached)
+        m_owner->onChildLostFocus(this);
+    if (alive)
+        emit LostFocus();
+    if (alive)
         m_owner->childFocusOut();
 }
 
@@ -178,15 +251,19 @@ namespace {
 // A form colours hundreds of widgets with the same few pairs: each palette is built once and
 // shared (QPalette is implicitly shared). Only the roles set here are marked, so whatever else a
 // widget inherits from its form still comes through.
-QPalette colouredPalette(const QPalette &base, const QColor &back, const QColor &fore)
+QPalette colouredPalette(const QPalette &base, const QColor &back, const QColor &fore, int roles)
 {
     struct Key {
         qint64 base;
         QRgb back, fore;
-        bool operator<(const Key &o) const { return std::tie(base, back, fore) < std::tie(o.base, o.back, o.fore); }
+        int roles;
+        bool operator<(const Key &o) const
+        {
+            return std::tie(base, back, fore, roles) < std::tie(o.base, o.back, o.fore, o.roles);
+        }
     };
     static std::map<Key, QPalette> built;
-    const Key key{base.cacheKey(), back.rgba(), fore.rgba()};
+    const Key key{base.cacheKey(), back.rgba(), fore.rgba(), roles};
     if (const auto it = built.find(key); it != built.end())
         return it->second;
     if (built.size() > 64)
@@ -194,11 +271,12 @@ QPalette colouredPalette(const QPalette &base, const QColor &back, const QColor 
     QPalette p = base;
     p.setResolveMask(0);
     for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-        p.setColor(group, QPalette::Base, back);
-        p.setColor(group, QPalette::Window, back);
-        if (group != QPalette::Disabled) {
-            p.setColor(group, QPalette::Text, fore);
-            p.setColor(group, QPalette::WindowText, fore);
+        for (const ColourRolePair &pair : colourRolePairs) {
+            if (!(roles & pair.bit))
+                continue;
+            p.setColor(group, pair.back, back);
+            if (group != QPalette::Disabled)
+                p.setColor(group, pair.fore, fore);
         }
     }
     return built.emplace(key, p).first->second;
@@ -209,17 +287,39 @@ void Child::applyColours()
 {
     if (!m_widget)
         return;
-    const QPalette base = QApplication::palette(m_widget);
-    const QColor back = toQColor(m_back, base), fore = toQColor(m_fore, base);
+    const int roles = colourRoles();
     const QPalette &now = m_widget->palette();
-    // setPalette re-polishes the widget; skip it when nothing would change.
-    if (now.color(QPalette::Active, QPalette::Base) == back && now.color(QPalette::Active, QPalette::Text) == fore
-        && now.color(QPalette::Active, QPalette::Window) == back && now.color(QPalette::Active, QPalette::WindowText) == fore)
+    if (roles & SystemColoursByRole) {
+        const QPalette::ColorRole back = systemColourRole(m_back), fore = systemColourRole(m_fore);
+        const bool byRole = back != QPalette::NoRole && fore != QPalette::NoRole;
+        // Each role change re-sends the widget a palette change, which comes back here.
+        if (m_widget->backgroundRole() != (byRole ? back : QPalette::Window))
+            m_widget->setBackgroundRole(byRole ? back : QPalette::Window);
+        if (m_widget->foregroundRole() != (byRole ? fore : QPalette::WindowText))
+            m_widget->setForegroundRole(byRole ? fore : QPalette::WindowText);
+        if (byRole) {
+            if (m_widget->testAttribute(Qt::WA_SetPalette) && now.cacheKey() == m_ourPalette)
+                m_widget->setPalette(QPalette());
+            return;
+        }
+    }
+    // System colours are the form's where its host gave it a palette, as a caption's are.
+    const QWidget *parent = m_widget->parentWidget();
+    const QPalette base = parent && !parent->palette().isCopyOf(QApplication::palette(parent)) ? parent->palette()
+                                                                                              : QApplication::palette(m_widget);
+    const QColor back = toQColor(m_back, base), fore = toQColor(m_fore, base);
+    // setPalette re-polishes the widget and gives it a palette of its own; skip it when the widget
+    // already shows these colours.
+    const bool shown = std::all_of(std::begin(colourRolePairs), std::end(colourRolePairs), [&](const auto &pair) {
+        return !(roles & pair.bit)
+                || (now.color(QPalette::Active, pair.back) == back && now.color(QPalette::Active, pair.fore) == fore);
+    });
+    if (shown)
         return;
+    const QPalette ours = colouredPalette(base, back, fore, roles);
     if (m_widget->testAttribute(Qt::WA_SetPalette) && now.cacheKey() != m_ourPalette) {
         // A palette someone else gave the widget keeps its other roles.
         QPalette p = now;
-        const QPalette ours = colouredPalette(base, back, fore);
         for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
             for (auto role : {QPalette::Base, QPalette::Window, QPalette::Text, QPalette::WindowText})
                 if (ours.isBrushSet(group, role))
@@ -227,7 +327,7 @@ void Child::applyColours()
         m_widget->setPalette(p);
         return;
     }
-    m_widget->setPalette(colouredPalette(base, back, fore));
+    m_widget->setPalette(ours);
     m_ourPalette = m_widget->palette().cacheKey();
 }
 
@@ -308,8 +408,12 @@ bool Child::handleKey(QKeyEvent *e)
         const Qt::KeyboardModifiers m = e->modifiers();
         const int shift = (m & Qt::ShiftModifier ? ShiftKey : 0) | (m & Qt::ControlModifier ? CtrlKey : 0)
                 | (m & Qt::AltModifier ? AltKey : 0);
-        emit KeyDown(code, shift);
-        if (code == 0 || !m_widget)
+        Alive alive(this);
+        if (!m_detached)
+            m_owner->onChildKeyDown(this, code, shift);
+        if (alive)
+            emit KeyDown(code, shift);
+        if (!alive || code == 0 || !m_widget)
             return true;
         if (eatsKey(code, shift))
             return true;
@@ -318,8 +422,12 @@ bool Child::handleKey(QKeyEvent *e)
     if (ascii < 0)
         return false;
     const int typed = ascii;
-    emit KeyPress(ascii);
-    if (ascii == 0 || !m_widget)
+    Alive alive(this);
+    if (!m_detached)
+        m_owner->onChildKeyPress(this, ascii);
+    if (alive)
+        emit KeyPress(ascii);
+    if (!alive || ascii == 0 || !m_widget)
         return true;
     if (ascii == typed)
         return false;
@@ -334,6 +442,10 @@ bool Child::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::KeyPress:
         return handleKey(static_cast<QKeyEvent *>(event));
+    case QEvent::PaletteChange:
+        // The form's palette changed: a colour the widget showed by inheriting it may be gone.
+        applyColours();
+        return false;
     case QEvent::FocusIn: {
         const auto *fe = static_cast<QFocusEvent *>(event);
         // The widget settles its own selection first, so our handlers have the last word.
@@ -358,19 +470,23 @@ bool Child::eventFilter(QObject *watched, QEvent *event)
                 | (m & Qt::AltModifier ? AltKey : 0);
         const int button = me->button() == Qt::LeftButton ? 1 : me->button() == Qt::RightButton ? 2 : 4;
         m_pressedInside = true;
-        emit MouseDown(button, shift, me->position().x() * twipsPerPixelX(), me->position().y() * twipsPerPixelY());
-        return false;
+        const double x = me->position().x() * twipsPerPixelX(), y = me->position().y() * twipsPerPixelY();
+        Alive alive(this);
+        if (!m_detached)
+            m_owner->onChildMouseDown(this, button, shift, x, y);
+        if (alive)
+            emit MouseDown(button, shift, x, y);
+        return !alive; // a deleted widget takes no press
     }
     case QEvent::MouseButtonRelease: {
         const auto *me = static_cast<QMouseEvent *>(event);
         if (m_pressedInside && me->button() == Qt::LeftButton && m_widget->rect().contains(me->position().toPoint())) {
             m_pressedInside = false;
-            QPointer<Child> self(this);
-            QPointer<QWidget> w(m_widget);
+            Alive alive(this);
             // Let the widget finish the click before the handler sees it.
-            static_cast<QObject *>(w.data())->event(event);
-            if (self)
-                emit Click();
+            static_cast<QObject *>(m_widget.data())->event(event);
+            if (alive)
+                raiseClick();
             return true;
         }
         m_pressedInside = false;

@@ -32,6 +32,12 @@ public:
     Child(QWidget *widget, UserControl *owner, const QString &objectName);
     ~Child() override;
 
+    // Which pair of palette roles carries the colours: background and text of a plain widget
+    // (Window, WindowText) or of an editing one (Base, Text). A widget that paints with its own
+    // background and foreground roles (a label) can show two system colours by pointing those
+    // roles at them, with no palette of its own.
+    enum ColourRoles { WindowRoles = 1, BaseRoles = 2, SystemColoursByRole = 4 };
+
     QWidget *widget() const { return m_widget; }
     UserControl *owner() const { return m_owner; }
 
@@ -83,6 +89,13 @@ signals:
     void Change();
 
 protected:
+    // Raise an event: the owner's handler first, then the signal's. False when a handler deleted
+    // this child, which must then touch nothing of its own.
+    bool raiseChange();
+    bool raiseClick();
+    // Left by the focus, before the owner's handler and the signal's.
+    virtual void focusLeft() {}
+
     bool eventFilter(QObject *watched, QEvent *event) override;
     // Around the widget's own focus-in handling (which may select text by itself).
     virtual void beforeWidgetFocusIn() {}
@@ -91,9 +104,13 @@ protected:
     virtual bool eatsKey(int /*keyCode*/, int /*shift*/) { return false; }
     // Types `code` in place of the key the user pressed.
     virtual void typeCharacter(int code, const QKeyEvent *original);
+    // The palette roles BackColor and ForeColor go to: those the widget paints with. The others
+    // stay natural, so a widget in its natural colours needs no palette of its own.
+    virtual int colourRoles() const { return WindowRoles | BaseRoles; }
     void applyColours();
 
 private:
+    class Alive;
     bool handleKey(QKeyEvent *e);
     void gainLogicalFocus(Qt::FocusReason reason);
     void loseLogicalFocus();
@@ -104,6 +121,8 @@ private:
     quint32 m_back, m_fore;
     bool m_logicalFocus = false;
     qint64 m_ourPalette = 0; // the widget's palette as applyColours last left it
+    bool *m_gone = nullptr; // the innermost Alive watching this child
+    bool m_detached = false; // the owner is going away: its handlers may no longer run
     bool m_retyping = false;
     bool m_pressedInside = false;
     Qt::FocusReason m_focusReason = Qt::OtherFocusReason;
@@ -123,6 +142,9 @@ public:
     virtual void setSelLength(int length) = 0;
     virtual QString SelText() const = 0;
     virtual void setSelText(const QString &text) = 0;
+
+protected:
+    int colourRoles() const override { return BaseRoles; }
 };
 
 } // namespace kel

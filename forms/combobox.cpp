@@ -233,18 +233,15 @@ ComboBox::ComboBox(UserControl *owner, const QString &objectName)
     m_combo->setMinimumContentsLength(1);
     m_combo->setMaxVisibleItems(12);
     m_edit->setMaxLength(std::numeric_limits<int>::max());
-    m_edit->setValidator(new LengthValidator(m_edit, &m_maxLength, &m_settingByCode));
     connect(m_edit, &QLineEdit::textChanged, this, &ComboBox::followText);
     // Only edits raise Change; a pick from the list raises Click.
     connect(m_edit, &QLineEdit::textEdited, this, [this](const QString &text) {
         // textEdited comes before textChanged: a handler must not see the item of the old text.
         followText(text);
         if (!m_quiet)
-            emit Change();
+            raiseChange();
     });
     connect(m_combo, qOverload<int>(&QComboBox::activated), this, &ComboBox::picked);
-    // A field left while its list is open (the focus moved by code) closes the list.
-    connect(this, &Child::LostFocus, this, [this] { ShowDropDown(false); });
     applyColours();
 }
 
@@ -392,7 +389,11 @@ int ComboBox::FindString(QStringView prefix) const
     return m_index.find(prefix);
 }
 
-void ComboBox::setMaxLength(int length) { m_maxLength = qMax(0, length); }
+void ComboBox::setMaxLength(int length)
+{
+    m_maxLength = qMax(0, length);
+    LengthValidator::limit(m_edit, &m_maxLength, &m_settingByCode);
+}
 
 void ComboBox::setDroppedWidth(int pixels)
 {
@@ -446,7 +447,7 @@ void ComboBox::picked(int index)
         m_settingByCode = false;
     }
     m_edit->selectAll();
-    emit Click();
+    raiseClick();
 }
 
 bool ComboBox::eatsKey(int keyCode, int shift)

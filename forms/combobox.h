@@ -99,6 +99,8 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     bool eatsKey(int keyCode, int shift) override;
+    // A field left while its list is open (the focus moved by code) closes the list.
+    void focusLeft() override { ShowDropDown(false); }
 
 private:
     // Whether w lies in the dropped list's window.

@@ -21,6 +21,9 @@ public:
     // Set by a host's data binding; nothing in the library sets it.
     bool DataChanged = false;
 
+protected:
+    int colourRoles() const override { return WindowRoles | SystemColoursByRole; }
+
 private:
     QLabel *m_label;
 };

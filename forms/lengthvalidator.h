@@ -33,6 +33,13 @@ public:
         return characters(input) <= allowed && input != m_previous ? Acceptable : Invalid;
     }
 
+    // Puts a validator on `edit` once a limit is first set: until then none is needed.
+    static void limit(QLineEdit *edit, const int *max, const bool *byCode)
+    {
+        if (*max > 0 && !edit->validator())
+            edit->setValidator(new LengthValidator(edit, max, byCode));
+    }
+
 private:
     static qsizetype characters(QStringView s)
     {

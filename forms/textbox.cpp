@@ -313,8 +313,7 @@ TextBox::TextBox(Kind kind, UserControl *owner, const QString &objectName)
         m_line = static_cast<QLineEdit *>(widget());
         useCachedPanel(m_line);
         m_line->setMaxLength(std::numeric_limits<int>::max());
-        m_line->setValidator(new LengthValidator(m_line, &m_maxLength, &m_settingByCode));
-        connect(m_line, &QLineEdit::textChanged, this, &TextBox::Change);
+        connect(m_line, &QLineEdit::textChanged, this, &TextBox::raiseChange);
     } else {
         m_multi = static_cast<MultiLineEdit *>(widget());
         m_multi->m_box = this;
@@ -346,7 +345,7 @@ void TextBox::emitIfChanged()
     if (now == m_lastText)
         return;
     m_lastText = now;
-    emit Change();
+    raiseChange();
 }
 
 void TextBox::setText(const QString &text) { setText(text, 0); }
@@ -437,7 +436,8 @@ bool TextBox::chopLineBreaks()
     m_replayingChop = true;
     for (qsizetype i = 0; i < pairs && m_replayingChop; ++i) {
         m_lastText.chop(2);
-        emit Change();
+        if (!raiseChange())
+            return false; // a handler deleted the box
     }
     if (m_replayingChop) {
         m_replayingChop = false;
@@ -548,6 +548,8 @@ void TextBox::setLocked(bool locked)
 void TextBox::setMaxLength(int length)
 {
     m_maxLength = qMax(0, length);
+    if (m_line)
+        LengthValidator::limit(m_line, &m_maxLength, &m_settingByCode);
 }
 
 void TextBox::setPasswordChar(const QString &c)

@@ -157,7 +157,7 @@ void UpDown::setValue(int value)
 void UpDown::pressed(bool upper)
 {
     m_value = upper ? 2 : 0;
-    emit Change();
+    raiseChange();
 }
 
 } // namespace kel

@@ -99,6 +99,17 @@ protected:
     virtual void onEnterFocus() {}
     virtual void onExitFocus() {}
 
+    /// The control's own handlers of its child widgets' events: each runs before the handlers
+    /// connected to the child's signal, and may delete the control. (Virtual rather than
+    /// connected: a connection is an allocation, and a form holds hundreds of fields.)
+    virtual void onChildKeyDown(Child *, int & /*keyCode*/, int /*shift*/) {}
+    virtual void onChildKeyPress(Child *, int & /*keyAscii*/) {}
+    virtual void onChildGotFocus(Child *) {}
+    virtual void onChildLostFocus(Child *) {}
+    virtual void onChildClick(Child *) {}
+    virtual void onChildMouseDown(Child *, int /*button*/, int /*shift*/, double /*x*/, double /*y*/) {}
+    virtual void onChildChange(Child *) {}
+
     void resizeEvent(QResizeEvent *e) override;
     void showEvent(QShowEvent *e) override;
 

@@ -30,22 +30,26 @@ const std::vector<Persisted> &persisted()
 KelCheck::KelCheck(QWidget *parent)
     : UserControl(parent), Check1(new CheckBox(this, QStringLiteral("Check1")))
 {
-    connect(Check1, &Child::Click, this, [this] {
-        if (m_eventDepth == 0)
-            emit Change();
-        notifyValue();
-    });
-    connect(Check1, &Child::KeyPress, this, [](int &keyAscii) {
-        if (keyAscii != 13)
-            return;
-        keyAscii = 0;
-        if (const auto &rt = librarySettings().Runtime)
-            rt->SendKey(9);
-        else
-            sendTabKey();
-    });
     setFocusProxy(Check1->widget());
     onResize();
+}
+
+void KelCheck::onChildClick(Child *)
+{
+    if (m_eventDepth == 0)
+        emit Change();
+    notifyValue();
+}
+
+void KelCheck::onChildKeyPress(Child *, int &keyAscii)
+{
+    if (keyAscii != 13)
+        return;
+    keyAscii = 0;
+    if (const auto &rt = librarySettings().Runtime)
+        rt->SendKey(9);
+    else
+        sendTabKey();
 }
 
 void KelCheck::setState(int state)

@@ -88,6 +88,8 @@ protected:
     void onResize() override;
     void onShow() override;
     void onEnterFocus() override { m_valueOriginal = Value(); }
+    void onChildClick(Child *) override;
+    void onChildKeyPress(Child *, int &keyAscii) override;
 
 private:
     void setState(int state);

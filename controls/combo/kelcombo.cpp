@@ -55,19 +55,31 @@ IKelRuntime &runtime()
 KelCombo::KelCombo(QWidget *parent)
     : FieldControl(parent), Combo1(new ComboBox(this, QStringLiteral("Combo1")))
 {
-    connect(Combo1, &Child::Change, this, &KelCombo::comboChange);
-    connect(Combo1, &Child::Click, this, &KelCombo::comboClick);
-    connect(Combo1, &Child::Change, this, &KelCombo::notifyChanges);
-    connect(Combo1, &Child::Click, this, &KelCombo::notifyChanges);
-    connect(Combo1, &Child::KeyDown, this, [this](int &code, int) { keyDown(code); });
-    connect(Combo1, &Child::KeyPress, this, &KelCombo::keyPress);
-    connect(Combo1, &Child::GotFocus, this, [this] {
-        selectOnEntry(Combo1);
-        colourFocused();
-    });
-    connect(Combo1, &Child::LostFocus, this, [this] { Combo1->setSelStart(0); });
     setFocusProxy(Combo1->widget());
     SubclassWindow(Combo1->widget());
+}
+
+// The Qt notifications follow the events, unless a handler of theirs deleted the control.
+void KelCombo::onChildChange(Child *)
+{
+    const QPointer<KelCombo> self(this);
+    comboChange();
+    if (self)
+        notifyChanges();
+}
+
+void KelCombo::onChildClick(Child *)
+{
+    const QPointer<KelCombo> self(this);
+    comboClick();
+    if (self)
+        notifyChanges();
+}
+
+void KelCombo::onChildGotFocus(Child *)
+{
+    selectOnEntry(Combo1);
+    colourFocused();
 }
 
 void KelCombo::setDropDownWidth(qint32 twips)

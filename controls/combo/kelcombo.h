@@ -120,6 +120,12 @@ protected:
     void onLoaded() override;
     // Enabled reaches the caption and the box; the control itself stays enabled.
     bool enabledPutReachesControl() const override { return false; }
+    void onChildChange(Child *) override;
+    void onChildClick(Child *) override;
+    void onChildKeyDown(Child *, int &keyCode, int) override { keyDown(keyCode); }
+    void onChildKeyPress(Child *, int &keyAscii) override { keyPress(keyAscii); }
+    void onChildGotFocus(Child *) override;
+    void onChildLostFocus(Child *) override { Combo1->setSelStart(0); }
 
 private:
     void comboChange();

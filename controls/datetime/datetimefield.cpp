@@ -29,29 +29,31 @@ DateTimeField::DateTimeField(QWidget *parent) : SpinField(parent)
 {
     m_insertMode = false;
     m_upDown = true;
-    connect(Text1, &Child::KeyPress, this, [this](int &keyAscii) {
-        if (keyAscii == 13 || (keyAscii < 32 && controlCharacterPasses(keyAscii))) {
-            passesOrMovesOn(keyAscii);
-            return;
-        }
-        if (keyAscii == u'+' || keyAscii == u'-') {
-            step(keyAscii == u'+' ? 1 : -1);
-            keyAscii = 0;
-            return;
-        }
-        if (!accepts(keyAscii)) {
-            keyAscii = 0;
-            return;
-        }
-        overwriteNext();
-    });
-    connect(Text1, &Child::GotFocus, this, &DateTimeField::gotFocus);
-    connect(Text1, &Child::LostFocus, this, [this] { Text1->setSelStart(0); });
+}
+
+void DateTimeField::onChildKeyPress(Child *, int &keyAscii)
+{
+    if (keyAscii == 13 || (keyAscii < 32 && controlCharacterPasses(keyAscii))) {
+        passesOrMovesOn(keyAscii);
+        return;
+    }
+    if (keyAscii == u'+' || keyAscii == u'-') {
+        step(keyAscii == u'+' ? 1 : -1);
+        keyAscii = 0;
+        return;
+    }
+    if (!accepts(keyAscii)) {
+        keyAscii = 0;
+        return;
+    }
+    overwriteNext();
+}
+
+void DateTimeField::onChildMouseDown(Child *, int button, int, double, double)
+{
     // The box's own context menu can paste or delete.
-    connect(Text1, &Child::MouseDown, this, [this](int button) {
-        if (button == 2)
-            m_textDirty = true;
-    });
+    if (button == 2)
+        m_textDirty = true;
 }
 
 void DateTimeField::setEnabled(bool enabled)

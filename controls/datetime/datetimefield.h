@@ -159,6 +159,10 @@ protected:
     void initDefaults(const QString &format, double min, double max);
 
     void onExitFocus() override;
+    void onChildKeyPress(Child *, int &keyAscii) override;
+    void onChildGotFocus(Child *) override { gotFocus(); }
+    void onChildLostFocus(Child *) override { Text1->setSelStart(0); }
+    void onChildMouseDown(Child *, int button, int, double, double) override;
 
     QString m_format;
     double m_minValue = 0;

@@ -76,10 +76,6 @@ KelNumber::KelNumber(QWidget *parent)
     m_decimalChar = regionalDecimalChar();
     UpDown1->setVisible(false);
     showText(QStringLiteral("0"));
-
-    connect(Text1, &Child::KeyPress, this, &KelNumber::keyPress);
-    connect(Text1, &Child::GotFocus, this, &KelNumber::gotFocus);
-    connect(Text1, &Child::MouseDown, this, [this] { m_textDirty = true; });
 }
 
 bool KelNumber::ChangedCaption(QString &CaptionToSave) const

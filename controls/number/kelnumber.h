@@ -99,6 +99,9 @@ protected:
     void onWriteProperties(PropertyBag &bag) override;
     void onEnterFocus() override;
     void onExitFocus() override;
+    void onChildKeyPress(Child *, int &keyAscii) override { keyPress(keyAscii); }
+    void onChildGotFocus(Child *) override { gotFocus(); }
+    void onChildMouseDown(Child *, int, int, double, double) override { m_textDirty = true; }
 
 private:
     double currentValue();

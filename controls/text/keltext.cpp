@@ -46,23 +46,6 @@ void KelText::setUpBox(int i)
     auto *box = new TextBox(i ? TextBox::Kind::MultiLine : TextBox::Kind::SingleLine, this,
                             i ? QStringLiteral("Text1(1)") : QStringLiteral("Text1(0)"));
     m_box[i] = box;
-    // One connection for both, as a trim raises thousands of Changes. Change goes last: its
-    // handler may delete the control.
-    connect(box, &Child::Change, this, [this] {
-        notifyText();
-        emit Change();
-    });
-    connect(box, &Child::Click, this, &KelText::Click);
-    connect(box, &Child::KeyPress, this, [this, i](int &k) { keyPress(i, k); });
-    connect(box, &Child::KeyDown, this, [this](int &code, int) {
-        if (code == 45)
-            m_insertMode = !m_insertMode;
-    });
-    connect(box, &Child::GotFocus, this, [this, box] {
-        selectOnEntry(box);
-        colourFocused();
-    });
-    connect(box, &Child::LostFocus, box, [box] { box->setSelStart(0); });
     if (i == 0)
         return;
     box->setVisible(false);
@@ -76,6 +59,27 @@ void KelText::setUpBox(int i)
     box->setToolTipText(single->ToolTipText());
     if (single->widget()->testAttribute(Qt::WA_SetFont))
         box->widget()->setFont(single->widget()->font());
+}
+
+// Change goes last: its handler may delete the control.
+void KelText::onChildChange(Child *)
+{
+    notifyText();
+    emit Change();
+}
+
+void KelText::onChildKeyDown(Child *, int &keyCode, int)
+{
+    if (keyCode == 45)
+        m_insertMode = !m_insertMode;
+}
+
+void KelText::onChildKeyPress(Child *box, int &keyAscii) { keyPress(box == m_box[1] ? 1 : 0, keyAscii); }
+
+void KelText::onChildGotFocus(Child *box)
+{
+    selectOnEntry(static_cast<TextBox *>(box));
+    colourFocused();
 }
 
 std::vector<Child *> KelText::fields() const

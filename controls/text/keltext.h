@@ -83,6 +83,12 @@ protected:
     void onWriteProperties(PropertyBag &bag) override;
     void onEnterFocus() override;
     void onExitFocus() override { colourExited(); }
+    void onChildKeyDown(Child *, int &keyCode, int) override;
+    void onChildKeyPress(Child *box, int &keyAscii) override;
+    void onChildGotFocus(Child *box) override;
+    void onChildLostFocus(Child *box) override { static_cast<TextBox *>(box)->setSelStart(0); }
+    void onChildClick(Child *) override { emit Click(); }
+    void onChildChange(Child *) override;
 
 private:
     TextBox *activeBox() const { return m_box[m_fieldIndex]; }

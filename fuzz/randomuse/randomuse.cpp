@@ -491,6 +491,15 @@ private:
 
     static Failure fail(int index, const QString &check, const QString &message) { return {index, check, message}; }
 
+    // The control's child whose widget bears `name`.
+    const Child *childNamed(const char16_t *name) const
+    {
+        for (const Child *c : m_control->findChildren<Child *>(Qt::FindDirectChildrenOnly))
+            if (c->widget() && c->widget()->objectName() == QStringView(name))
+                return c;
+        return nullptr;
+    }
+
     void makeControl()
     {
         QObject *o = createObject(m_class, &m_window);
@@ -980,9 +989,9 @@ private:
                 return failed(u"tooltip"_qs, QStringLiteral("TooltipSet(%1) left the extender's tip %2")
                                                  .arg(escaped(*m_tooltipSet), escaped(m_control->ExtenderToolTipText())));
             for (const char16_t *name : {u"Text1(0)", u"Text1(1)", u"Combo1", u"Check1", u"Picture1"})
-                if (const Child *field = m_control->findChild<Child *>(QString::fromUtf16(name)); field && field->ToolTipText() != *m_tooltipSet)
+                if (const Child *field = childNamed(name); field && field->ToolTipText() != *m_tooltipSet)
                     return failed(u"tooltip"_qs, QStringLiteral("TooltipSet(%1) left %2's tip %3")
-                                                     .arg(escaped(*m_tooltipSet), field->objectName(), escaped(field->ToolTipText())));
+                                                     .arg(escaped(*m_tooltipSet), field->widget()->objectName(), escaped(field->ToolTipText())));
         }
         if (m_options.extraCheck)
             if (const QString message = m_options.extraCheck(c); !message.isEmpty())
@@ -996,13 +1005,13 @@ private:
 
         const LibrarySettings &colours = librarySettings();
         for (const char16_t *name : {u"Text1(0)", u"Text1(1)", u"Combo1"}) {
-            const Child *field = m_control->findChild<Child *>(QString::fromUtf16(name));
+            const Child *field = childNamed(name);
             if (!field || !field->widget()->isVisible())
                 continue;
             const quint32 back = field->BackColor();
             if (!m_control->focusInside() && (back == colours.FieldBackFocus || back == colours.FieldBackFocusLocked))
                 return failed(u"colour"_qs, QStringLiteral("%1 shows the focus colour %2 without the focus")
-                                                .arg(field->objectName()).arg(back, 0, 16));
+                                                .arg(field->widget()->objectName()).arg(back, 0, 16));
         }
 
         for (const RecordingServices::Box &box : m_services->boxes)

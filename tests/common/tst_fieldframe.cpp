@@ -5,6 +5,8 @@
 #include "kelfixture.h"
 #include "library/kelcontrolhandler.h"
 
+#include <QLineEdit>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -205,6 +207,38 @@ private slots:
         QCOMPARE(f.first->Text1(0)->BackColor(), s.FieldBackNormal);
     }
 
+    // What the field and its caption are painted in, also after the host gives its form a palette:
+    // a colour of our own stays, a system colour is the form's.
+    void paintedColours()
+    {
+        const LibrarySettings &s = librarySettings();
+        Form f;
+        QVERIFY(f.ready());
+        QWidget *box = field(f.first), *caption = f.first->Label1->widget();
+        const auto back = [](QWidget *w) { return w->palette().color(w->backgroundRole()); };
+        const auto fore = [](QWidget *w) { return w->palette().color(w->foregroundRole()); };
+        const QPalette app = QApplication::palette();
+        f.first->setMandatory(true);
+        QCOMPARE(back(box), toQColor(s.FieldBackFocus, app));
+        QCOMPARE(fore(caption), app.color(QPalette::Highlight));
+        field(f.second)->setFocus(Qt::TabFocusReason);
+        QCOMPARE(back(box), toQColor(s.FieldBackNormal, app));
+        QPalette host = app;
+        host.setColor(QPalette::Base, Qt::darkBlue);
+        host.setColor(QPalette::Highlight, Qt::red);
+        host.setColor(QPalette::Text, Qt::yellow);
+        f.window.setPalette(host);
+        QCOMPARE(back(box), toQColor(s.FieldBackNormal, app));
+        QCOMPARE(fore(box), QColor(Qt::yellow));
+        QCOMPARE(fore(caption), QColor(Qt::red));
+        f.first->setMandatory(false);
+        QCOMPARE(fore(caption), QColor(Qt::yellow));
+        f.first->Label1->setForeColor(0x000000FF);
+        QCOMPARE(fore(caption), QColor(Qt::red));
+        f.first->setEnabled(false);
+        QCOMPARE(back(box), toQColor(s.FieldBackLocked, app));
+    }
+
     void lowColourDepthOddity()
     {
         test::useRuntime(8);
@@ -287,6 +321,69 @@ private slots:
         t.setExtenderToolTipText(u"From the host"_qs);
         t.show();
         QCOMPARE(t.Text1(0)->ToolTipText(), u"From the host"_qs);
+    }
+
+    // A host's handler may delete the control at once on a key or a click, and when the focus has
+    // left it: nothing of ours may run on afterwards, and the form goes on working. (Change and
+    // GotFocus come from inside the widget's own handling: there, as with any Qt widget, only
+    // deleteLater is safe.)
+    void handlerDeletesControl_data()
+    {
+        QTest::addColumn<QString>("event");
+        QTest::addColumn<bool>("number");
+        for (const char *event : {"KeyDown", "KeyPress", "LostFocus", "MouseDown", "Click"})
+            for (const bool number : {false, true})
+                QTest::addRow("%s %s", event, number ? "number" : "text") << QString::fromLatin1(event) << number;
+    }
+
+    void handlerDeletesControl()
+    {
+        QFETCH(QString, event);
+        QFETCH(bool, number);
+        QWidget window;
+        auto *other = new QLineEdit(&window);
+        other->setGeometry(0, 40, 100, 20);
+        QPointer<UserControl> control;
+        Child *box;
+        if (number) {
+            auto *n = new KelNumber(&window);
+            box = n->Text1;
+            control = n;
+        } else {
+            auto *t = new KelText(&window);
+            box = t->Text1(0);
+            control = t;
+        }
+        control->setGeometry(0, 0, 300, 20);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QWidget *w = box->widget();
+        if (event == u"LostFocus")
+            w->setFocus(Qt::TabFocusReason);
+        const auto kill = [&] { delete control.data(); };
+        if (event == u"KeyDown")
+            connect(box, &Child::KeyDown, box, kill);
+        else if (event == u"KeyPress")
+            connect(box, &Child::KeyPress, box, kill);
+        else if (event == u"LostFocus")
+            connect(box, &Child::LostFocus, box, kill);
+        else if (event == u"MouseDown")
+            connect(box, &Child::MouseDown, box, kill);
+        else
+            connect(box, &Child::Click, box, kill);
+        if (event == u"LostFocus")
+            other->setFocus(Qt::TabFocusReason);
+        else if (event == u"MouseDown")
+            QTest::mousePress(w, Qt::LeftButton, {}, QPoint(5, 5));
+        else if (event == u"Click")
+            QTest::mouseClick(w, Qt::LeftButton, {}, QPoint(5, 5));
+        else
+            QTest::keyClick(w, Qt::Key_5);
+        QVERIFY(!control);
+        other->setFocus(Qt::TabFocusReason);
+        QTest::keyClicks(other, u"ok"_qs);
+        QCOMPARE(other->text(), u"ok"_qs);
     }
 };
 
