@@ -21,8 +21,7 @@ namespace {
 constexpr int Repeats = 10000;
 const QDate Start(2000, 1, 1);
 
-// Under callgrind a step costs what a hundred do natively; a tenth of them keeps scripts/perf quick.
-int upSteps() { return RUNNING_ON_VALGRIND ? Repeats / 10 : Repeats; }
+int upSteps() { return bench::loopCount(Repeats); }
 
 // The Up key pressed and released in the focused field, from `start` with the caret at `caret`;
 // every step moves the value by `unit`.

@@ -39,10 +39,11 @@ struct SpinForm {
     }
 };
 
-QString typedText(int i) { return QString::number(i % 5000) + QStringLiteral(".25"); }
+// The commit loops' i-th value of n: 0 to 4,999 twice over, the same spread at any n.
+double committed(int i, int n) { return i * (Repeats / n) % 5000 + 0.25; }
+QString typedText(int i, int n) { return QString::number(committed(i, n), 'f', 2); }
 
-// Under callgrind a step costs what a hundred do natively; a tenth of them keeps scripts/perf quick.
-int upSteps() { return RUNNING_ON_VALGRIND ? Repeats / 10 : Repeats; }
+int upSteps() { return bench::loopCount(Repeats); }
 
 // The Up key pressed and released in the focused field, from 0.
 void KelNumber_UpKey(benchmark::State &state)
@@ -81,24 +82,26 @@ void QDoubleSpinBox_stepUp(benchmark::State &state)
 void KelNumber_Commit(benchmark::State &state)
 {
     NumberForm form;
+    const int n = bench::loopCount(Repeats);
     double sum = 0;
     for (auto _ : kel::bench::measured(state)) {
-        for (int i = 0; i < Repeats; ++i) {
-            form.text1->setText(typedText(i));
+        for (int i = 0; i < n; ++i) {
+            form.text1->setText(typedText(i, n));
             sum += form.number->Value().toDouble();
         }
     }
     benchmark::DoNotOptimize(sum);
-    if (form.text1->text() != QStringLiteral("4,999.25"))
+    if (form.number->Value().toDouble() != committed(n - 1, n) || !form.text1->text().endsWith(u".25"))
         state.SkipWithError("the field did not commit");
 }
 
 void QDoubleSpinBox_setValue(benchmark::State &state)
 {
     SpinForm form;
+    const int n = bench::loopCount(Repeats);
     for (auto _ : kel::bench::measured(state))
-        for (int i = 0; i < Repeats; ++i)
-            form.spin->setValue(i % 5000 + 0.25);
+        for (int i = 0; i < n; ++i)
+            form.spin->setValue(committed(i, n));
 }
 
 // The spin box's own path for typed text, for comparison with ours.
@@ -106,10 +109,11 @@ void QDoubleSpinBox_interpretText(benchmark::State &state)
 {
     SpinForm form;
     QLineEdit *edit = form.spin->findChild<QLineEdit *>();
+    const int n = bench::loopCount(Repeats);
     double sum = 0;
     for (auto _ : kel::bench::measured(state)) {
-        for (int i = 0; i < Repeats; ++i) {
-            edit->setText(typedText(i));
+        for (int i = 0; i < n; ++i) {
+            edit->setText(typedText(i, n));
             form.spin->interpretText();
             sum += form.spin->value();
         }

@@ -98,6 +98,10 @@ private:
     benchmark::State &m_state;
 };
 
+// A loop's count: `natively`, or a tenth of it under callgrind, where each pass costs what a
+// hundred do natively (the ratio does not depend on the count; scripts/perf stays quick).
+inline int loopCount(int natively) { return RUNNING_ON_VALGRIND ? natively / 10 : natively; }
+
 // for (auto _ : measured(state)) in place of for (auto _ : state).
 inline MeasuredLoop measured(benchmark::State &state) { return MeasuredLoop(state); }
 

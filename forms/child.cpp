@@ -156,25 +156,18 @@ Child::~Child()
         *m_gone = true;
 }
 
-bool Child::raiseChange()
+bool Child::raise(void (UserControl::*handler)(Child *), void (Child::*signal)())
 {
     Alive alive(this);
     if (!m_detached)
-        m_owner->onChildChange(this);
+        (m_owner->*handler)(this);
     if (alive)
-        emit Change();
+        (this->*signal)();
     return bool(alive);
 }
 
-bool Child::raiseClick()
-{
-    Alive alive(this);
-    if (!m_detached)
-        m_owner->onChildClick(this);
-    if (alive)
-        emit Click();
-    return bool(alive);
-}
+bool Child::raiseChange() { return raise(&UserControl::onChildChange, &Child::Change); }
+bool Child::raiseClick() { return raise(&UserControl::onChildClick, &Child::Click); }
 
 void Child::detach()
 {

@@ -111,6 +111,7 @@ protected:
 
 private:
     class Alive;
+    bool raise(void (UserControl::*handler)(Child *), void (Child::*signal)());
     bool handleKey(QKeyEvent *e);
     void gainLogicalFocus(Qt::FocusReason reason);
     void loseLogicalFocus();
