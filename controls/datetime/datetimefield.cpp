@@ -152,9 +152,10 @@ void DateTimeField::setValue(const Variant &value)
 {
     std::optional<double> v;
     if (value.isString()) {
+        // Text given is a value given: a time field, which saves and reads back no date, keeps the
+        // time of day of text that carries one.
         v = parse(*value.get<QString>());
-        // A time field saves and reads back no date: text that carries one is a date-time given.
-        if (v && dateForm() == QtDateForm::Time)
+        if (v)
             v = normalised(*v);
     } else if (const std::optional<double> given = serialOf(value)) {
         v = normalised(*given);
@@ -277,7 +278,7 @@ void DateTimeField::commitText()
         return;
     const std::optional<double> v = parse(Text1->Text());
     // Pinned after the clamp, so a pinned day may lie outside the range again.
-    m_value = v ? Variant(Date{pinned(clamped(*v))}) : Variant(Null);
+    m_value = v ? Variant(Date{pinned(clamped(entered(*v)))}) : Variant(Null);
     showText(v ? formatted(m_value.get<Date>()->serial) : QString());
     notifyValue();
 }
@@ -293,7 +294,7 @@ void DateTimeField::formatChanged()
     if (Text1->Locked())
         return;
     if (const Date *d = m_value.get<Date>()) {
-        m_value = Date{pinned(clamped(d->serial))};
+        m_value = Date{pinned(clamped(entered(d->serial)))};
         showText(formatted(m_value.get<Date>()->serial));
         notifyValue();
     }

@@ -126,6 +126,9 @@ protected:
     virtual std::optional<double> parse(const QString &text) const = 0;
     // A serial given from code, reduced to what the field holds.
     virtual double normalised(double serial) const = 0;
+    // Text typed, or a value shown again in a new Format, before the clamp (which gives a bound
+    // exactly as it is kept): the date field's rule for a time of day; the time field keeps it.
+    virtual double entered(double serial) const { return serial; }
     // A bound as the field keeps it: in whole seconds, as a host reads it back as a date-time.
     virtual double bound(double serial) const;
     // The day pinning of the date field; the time field keeps the value.

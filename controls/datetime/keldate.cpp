@@ -110,8 +110,6 @@ bool KelDate::showsTime() const
 
 double KelDate::pinned(double serial) const
 {
-    // Typed text, and a value shown again in a new Format, follow the same rule as a value given.
-    serial = normalised(serial);
     if (m_daysFlag == FirstDay)
         return DateSerial(Year(serial), Month(serial), 1).value_or(serial);
     if (m_daysFlag == LastDay) {

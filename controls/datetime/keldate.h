@@ -35,6 +35,7 @@ protected:
     // date is that day. (Whole days count towards zero: before 30 December 1899 the fraction is
     // still the time.)
     double normalised(double serial) const override { return showsTime() ? serial : std::trunc(serial); }
+    double entered(double serial) const override { return normalised(serial); }
     double pinned(double serial) const override;
     // Only Backspace and Escape: a paste or a copy takes the character after the caret too.
     bool controlCharacterPasses(int keyAscii) const override { return keyAscii == 8 || keyAscii == 27; }

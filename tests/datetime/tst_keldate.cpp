@@ -260,6 +260,8 @@ private slots:
         QTest::newRow("number, no time") << u"dd/mm/yyyy"_qs << QVariant(at1030) << day;
         QTest::newRow("text, no time") << u"dd/mm/yyyy"_qs << QVariant(u"15/03/2013 10:30"_qs) << day;
         QTest::newRow("AM/PM alone") << u"dd/mm/yyyy AMPM"_qs << QVariant(at1030) << day;
+        // A bound is kept whole, and a value clamped to it is the bound.
+        QTest::newRow("typed past a bound with a time") << u"dd/mm/yyyy"_qs << QVariant(u"typed 20/03/2013"_qs) << at1030;
     }
     void timeOfDay()
     {
@@ -267,6 +269,12 @@ private slots:
         QFETCH(QVariant, given);
         QFETCH(double, value);
         d->setFormat(format);
+        if (const QString text = given.toString(); text.startsWith(u"typed "_qs)) {
+            d->setMaxValue(Date{value});
+            d->Text1->setText(text.mid(6));
+            QCOMPARE(d->Value(), Variant(Date{value}));
+            return;
+        }
         QVERIFY(d->setProperty("Value", given));
         QCOMPARE(d->Value(), Variant(Date{value}));
         const QVariant read = d->property("Value");
