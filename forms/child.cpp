@@ -314,9 +314,10 @@ void Child::applyColours()
         // A palette someone else gave the widget keeps its other roles.
         QPalette p = now;
         for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
-            for (auto role : {QPalette::Base, QPalette::Window, QPalette::Text, QPalette::WindowText})
-                if (ours.isBrushSet(group, role))
-                    p.setBrush(group, role, ours.brush(group, role));
+            for (const ColourRolePair &pair : colourRolePairs)
+                for (auto role : {pair.back, pair.fore})
+                    if (ours.isBrushSet(group, role))
+                        p.setBrush(group, role, ours.brush(group, role));
         m_widget->setPalette(p);
         return;
     }
